@@ -1,0 +1,28 @@
+# What every target of this project is compiled with.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+set(THREADS_PREFER_PTHREAD_FLAG ON)
+find_package(Threads REQUIRED)
+
+# Usage requirement of our own targets only: neither GoogleTest nor users inherit it.
+add_library(tarselvalues-warnings INTERFACE)
+target_compile_options(tarselvalues-warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+
+# Sanitizers go into everything, GoogleTest included.
+if(TARSELVALUES_SANITIZE)
+  add_compile_options("-fsanitize=${TARSELVALUES_SANITIZE}" -fno-omit-frame-pointer
+                      -fno-sanitize-recover=all)
+  add_link_options("-fsanitize=${TARSELVALUES_SANITIZE}")
+endif()

@@ -1,0 +1,59 @@
+// The layout that compiled programs and debugger scripts rely on.
+
+#include "tarselvalues/containers/LayoutAccess.h"
+#include "tarselvalues/containers/lvHashMap.h"
+#include "tarselvalues/containers/lvListRWIterator.h"
+#include "tarselvalues/containers/lvMapRWIterator.h"
+#include "tarselvalues/containers/lvVector.h"
+
+namespace {
+
+using Map = lvLayoutAccess<lvrHashMap>;
+using Entry = lvLayoutAccess<lvrHashMap::HashEntry>;
+using MapLogic = lvLayoutAccess<lvrHashMap::IteratorLogic>;
+using MapCursor = lvLayoutAccess<lvrHashMap::RealEnumerator>;
+using Vector = lvLayoutAccess<lvrVector>;
+using VectorCursor = lvLayoutAccess<lvrVector::RealEnumerator>;
+
+constexpr std::size_t pointerSize = sizeof(void*);
+constexpr bool isIlp32 = pointerSize == 4;
+
+static_assert(sizeof(lvHashMap) == sizeof(lvArg) && sizeof(lvVector) == sizeof(lvArg),
+              "handles are passed where cells are taken");
+static_assert(sizeof(lvMapRWIterator) == pointerSize && sizeof(lvListRWIterator) == pointerSize,
+              "a cursor handle is one pointer");
+
+// On every target: the fields in their order, behind both bases.
+static_assert(Map::countOffset == sizeof(lvReferencable) + pointerSize);
+static_assert(Map::hashSizeOffset == Map::countOffset + 4);
+static_assert(Map::bucketsOffset == Map::countOffset + 8);
+static_assert(Map::spareEntryOffset == Map::bucketsOffset + pointerSize);
+static_assert(Map::hashSumOffset == Map::bucketsOffset + 2 * pointerSize);
+static_assert(Entry::keyOffset == 0 && Entry::valueOffset == sizeof(lvArg) &&
+              Entry::nextOffset == 2 * sizeof(lvArg));
+static_assert(MapLogic::currentOffset == 0 && MapLogic::bucketOffset == pointerSize &&
+              MapLogic::visitedOffset == pointerSize + 4 && MapLogic::mapOffset == pointerSize + 8);
+static_assert(MapCursor::logicOffset == pointerSize);
+static_assert(Vector::elementsOffset == sizeof(lvReferencable) + pointerSize);
+static_assert(Vector::allocedOffset == Vector::elementsOffset + pointerSize);
+static_assert(Vector::startOffset == Vector::allocedOffset + 2);
+static_assert(Vector::countOffset == Vector::allocedOffset + 4);
+static_assert(Vector::flagsOffset == Vector::allocedOffset + 6);
+static_assert(Vector::hashCacheOffset == Vector::allocedOffset + 8);
+static_assert(VectorCursor::positionOffset == pointerSize &&
+              VectorCursor::vectorOffset == 2 * pointerSize);
+
+// On 32-bit targets: the numbers themselves.
+static_assert(!isIlp32 || (Map::countOffset == 40 && Map::hashSizeOffset == 44 &&
+                           Map::bucketsOffset == 48 && Map::spareEntryOffset == 52 &&
+                           Map::hashSumOffset == 56 && sizeof(lvrHashMap) == 60));
+static_assert(!isIlp32 || (Entry::nextOffset == 16 && sizeof(lvrHashMap::HashEntry) == 20));
+static_assert(!isIlp32 || (MapLogic::mapOffset == 12 && sizeof(lvrHashMap::IteratorLogic) == 16));
+static_assert(!isIlp32 || (Vector::elementsOffset == 40 && Vector::allocedOffset == 44 &&
+                           Vector::startOffset == 46 && Vector::countOffset == 48 &&
+                           Vector::flagsOffset == 50 && Vector::hashCacheOffset == 52 &&
+                           sizeof(lvrVector) == 56));
+static_assert(!isIlp32 || (VectorCursor::positionOffset == 4 && VectorCursor::vectorOffset == 8 &&
+                           sizeof(lvrVector::RealEnumerator) == 12));
+
+}  // namespace

@@ -1,0 +1,13 @@
+#include "tarselvalues/containers/lvVector.h"
+
+#include "tarselvalues/containers/lvrVector.h"
+
+lvVector::lvVector(int size) { setReferencableFast(*new lvrVector(size), ListType); }
+
+lvVector::lvVector(lvArg const& other) {
+  if (other.getType() == ListType) {
+    assignFast(other);
+  }
+}
+
+lviList* lvVector::getList() const { return dynamic_cast<lviList*>(getReferencable()); }

@@ -1,0 +1,5 @@
+#include "tarselvalues/containers/lviList.h"
+
+lviList::~lviList() = default;
+
+lviRealListEnumerator::~lviRealListEnumerator() = default;

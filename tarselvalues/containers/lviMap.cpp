@@ -1,0 +1,5 @@
+#include "tarselvalues/containers/lviMap.h"
+
+lviMap::~lviMap() = default;
+
+lviRealMapEnumerator::~lviRealMapEnumerator() = default;

@@ -1,0 +1,14 @@
+// lviRealListIterator: a list cursor that can remove the element it stands on.
+//
+// Not every list has one: lviList::getListIterator() of a vector answers null.
+#pragma once
+
+#include "tarselvalues/containers/lviRealListEnumerator.h"
+
+class TARSELVALUES_API lviRealListIterator : public lviRealListEnumerator {
+ public:
+  // Declaration order is the binary interface: append only, and in derived classes only.
+
+  // Removes the current element; false if nothing was removed.
+  virtual bool remove() = 0;
+};

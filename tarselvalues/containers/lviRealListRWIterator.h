@@ -1,0 +1,16 @@
+// lviRealListRWIterator: a list cursor that can also insert.
+//
+// Not every list has one: lviList::getListRWIterator() of a vector answers null.
+#pragma once
+
+#include "tarselvalues/containers/lviRealListIterator.h"
+
+class TARSELVALUES_API lviRealListRWIterator : public lviRealListIterator {
+ public:
+  // Declaration order is the binary interface: append only, and in derived classes only.
+
+  // Whether insert() can work.
+  virtual bool isWritable() = 0;
+  // Inserts before the current element; false if nothing was inserted.
+  virtual bool insert(lvArg const& value) = 0;
+};

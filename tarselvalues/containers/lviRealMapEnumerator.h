@@ -1,0 +1,29 @@
+// lviRealMapEnumerator: a cursor over the entries of a map, as maps make them.
+//
+// A fresh cursor stands before the first entry: call next() once before the first getKey().
+//
+// Ownership: belongs to whoever called lviMap::getEnumerator(), who deletes it; lvMapEnumerator
+// does
+//            that by itself. Whether it keeps its map alive is the map's to say.
+// Threads:   one thread at a time for a map and all its cursors together.
+#pragma once
+
+#include "tarselvalues/core/Export.h"
+#include "tarselvalues/core/lvArg.h"
+
+class TARSELVALUES_API lviRealMapEnumerator {
+ public:
+  lviRealMapEnumerator() = default;
+  lviRealMapEnumerator(lviRealMapEnumerator const&) = delete;
+  lviRealMapEnumerator& operator=(lviRealMapEnumerator const&) = delete;
+
+  // Declaration order is the binary interface: append only, and in derived classes only.
+
+  virtual ~lviRealMapEnumerator();
+  // Steps to the next entry; false when there is none.
+  virtual bool next() = 0;
+  // Returns the current entry's key; nil when the cursor stands on none.
+  virtual lvArg getKey() const = 0;
+  // Returns the current entry's value; nil when the cursor stands on none.
+  virtual lvArg getValue() const = 0;
+};

@@ -1,0 +1,17 @@
+// lviRealMapIterator: a map cursor that can change and remove the entry it stands on.
+//
+// Not every map has one: lviMap::getIterator() of a hash map answers null.
+#pragma once
+
+#include "tarselvalues/containers/lviRealMapEnumerator.h"
+
+class TARSELVALUES_API lviRealMapIterator : public lviRealMapEnumerator {
+ public:
+  // Declaration order is the binary interface: append only, and in derived classes only.
+
+  // Replaces the current entry's value; `old`, where not null, receives the previous one.
+  // Returns 0 or a negative error number.
+  virtual int setValue(lvArg const& value, lvArg* old) = 0;
+  // Removes the current entry. Returns 0 or a negative error number.
+  virtual int remove() = 0;
+};

@@ -1,0 +1,309 @@
+#include "tarselvalues/containers/lvrHashMap.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+#include <utility>
+
+#include "tarselvalues/core/ClassKeys.h"
+#include "tarselvalues/core/Reference.h"
+
+namespace {
+
+constexpr int InvalidArgument = -22;
+constexpr int Busy = -16;
+
+constexpr std::uint32_t EmptyHashSum = 0x8386a731;
+constexpr std::uint32_t HashSumFactor = 9563891;
+
+// Counts the new entries of all maps; even ones go to the head of their chain, odd ones to its
+// tail. Any thread may disturb it, which only changes where in a chain an entry is linked.
+std::atomic<unsigned int> insertions{0};
+
+// Starts the removal counts of bucket blocks so far apart that no two blocks share a number.
+std::atomic<std::uint64_t> blocksMade{0};
+constexpr unsigned BlockShift = 32;
+
+}  // namespace
+
+// What stands in front of the bucket heads, out of sight of whoever knows the map's fields: the
+// number that changes whenever an entry goes, by which a cursor sees that its entry may be gone.
+struct lvrHashMap::BucketBlock {
+  std::uint64_t removals;
+};
+
+lvrHashMap::BucketBlock& lvrHashMap::blockOf(HashEntry** heads) {
+  return *(reinterpret_cast<BucketBlock*>(heads) - 1);
+}
+
+lvrHashMap::HashEntry** lvrHashMap::allocateBuckets(std::uint32_t size) {
+  constexpr std::size_t most = (PTRDIFF_MAX - sizeof(BucketBlock)) / sizeof(HashEntry*);
+  std::size_t const heads = size;
+  if (heads > most) {
+    throw std::bad_array_new_length();
+  }
+  // From calloc, so that a large table costs only the pages that its entries touch.
+  void* const memory = std::calloc(1, sizeof(BucketBlock) + heads * sizeof(HashEntry*));
+  if (memory == nullptr) {
+    throw std::bad_alloc();
+  }
+  std::uint64_t const number = blocksMade.fetch_add(1, std::memory_order_relaxed) + 1;
+  auto* const block = new (memory) BucketBlock{number << BlockShift};
+  return reinterpret_cast<HashEntry**>(block + 1);
+}
+
+void lvrHashMap::freeBuckets(HashEntry** heads) {
+  if (heads != nullptr) {
+    std::free(&blockOf(heads));
+  }
+}
+
+std::uint64_t lvrHashMap::removals() const {
+  return buckets != nullptr ? blockOf(buckets).removals : 0;
+}
+
+// ---- Making and asking -------------------------------------------------------------------------
+
+lvrHashMap::lvrHashMap(unsigned int size)
+    : count(0), hashSize(size), buckets(nullptr), spareEntry(nullptr), hashSum(EmptyHashSum) {
+  setKind(MapKind);
+}
+
+lvrHashMap::~lvrHashMap() = default;
+
+lvReferencable* lvrHashMap::defaultCtorMethod() { return new lvrHashMap(DefaultHashSize); }
+
+lvString const& lvrHashMap::getStaticClassDesc() {
+  return tarselvalues::classKey(tarselvalues::ClassKey::HashMap);
+}
+
+lvString const& lvrHashMap::getClassDesc() const { return getStaticClassDesc(); }
+
+unsigned int lvrHashMap::hashCode() const { return hashSum; }
+
+int lvrHashMap::getSize() const { return count; }
+
+// Returns the link that leads to the entry with this key, or the null link that ends its chain.
+lvrHashMap::HashEntry** lvrHashMap::findLink(lvArg const& key, unsigned int hash) const {
+  HashEntry** link = &buckets[hash % hashSize];
+  while (*link != nullptr && (*link)->key.equiv(key) == 0) {
+    link = &(*link)->next;
+  }
+  return link;
+}
+
+lvArg lvrHashMap::get(lvArg const& key) const {
+  if (count == 0 || buckets == nullptr || hashSize == 0) {
+    return lvArg::NilValue;
+  }
+  HashEntry const* const entry = *findLink(key, key.hashCode());
+  return entry != nullptr ? entry->value : lvArg::NilValue;
+}
+
+// ---- Changing ----------------------------------------------------------------------------------
+
+int lvrHashMap::setHashSize(unsigned int size) {
+  if (size == hashSize) {
+    return 0;
+  }
+  if (count != 0) {
+    return Busy;
+  }
+  freeBuckets(buckets);
+  buckets = nullptr;
+  hashSize = size != 0 ? size : DefaultHashSize;
+  return 0;
+}
+
+int lvrHashMap::needStorage() {
+  if (buckets != nullptr) {
+    return 0;
+  }
+  if (hashSize == 0) {
+    return InvalidArgument;
+  }
+  buckets = allocateBuckets(hashSize);
+  return 0;
+}
+
+int lvrHashMap::put(lvArg const& key, lvArg const& value, lvArg* old) {
+  int const status = needStorage();
+  if (status != 0) {
+    return status;
+  }
+  unsigned int const hash = key.hashCode();
+  HashEntry** const link = findLink(key, hash);
+  HashEntry* const entry = *link;
+  if (entry == nullptr) {
+    if (!value.isNil()) {
+      linkEntry(takeEntry(key, value), link, hash);
+    }
+    return 0;
+  }
+  lvArg overwritten;  // Released last, when the map is whole again.
+  if (old != nullptr) {
+    overwritten = std::move(*old);
+    old->assign(entry->value);
+  }
+  if (value.isNil()) {
+    removeEntry(link, hash);
+  } else {
+    entry->value.assign(value);
+  }
+  return 0;
+}
+
+// Returns an entry with copies of both cells, the spare one if there is one.
+lvrHashMap::HashEntry* lvrHashMap::takeEntry(lvArg const& key, lvArg const& value) {
+  if (spareEntry == nullptr) {
+    return new HashEntry(key, value);
+  }
+  HashEntry* const entry = std::exchange(spareEntry, nullptr);
+  entry->key.assign(key);
+  entry->value.assign(value);
+  return entry;
+}
+
+// `tail` is the link that ends the chain.
+void lvrHashMap::linkEntry(HashEntry* entry, HashEntry** tail, unsigned int hash) {
+  bool const toHead = (insertions.fetch_add(1, std::memory_order_relaxed) + 1) % 2 == 0;
+  HashEntry** const link = toHead ? &buckets[hash % hashSize] : tail;
+  entry->next = *link;
+  *link = entry;
+  ++count;
+  hashSum += HashSumFactor * hash;
+}
+
+void lvrHashMap::removeEntry(HashEntry** link, unsigned int hash) {
+  HashEntry* const entry = *link;
+  *link = std::exchange(entry->next, nullptr);
+  --count;
+  hashSum -= HashSumFactor * hash;
+  ++blockOf(buckets).removals;
+  if (spareEntry == nullptr) {
+    lvArg const value(std::move(entry->value));  // Released second,
+    lvArg const key(std::move(entry->key));      // after the key.
+    spareEntry = entry;
+  } else {
+    delete entry;
+  }
+}
+
+int lvrHashMap::clear() {
+  if (buckets == nullptr || count == 0) {
+    return 0;
+  }
+  // Empty before the first release: what runs in there finds a map that it may use.
+  HashEntry** const heads = std::exchange(buckets, nullptr);
+  std::uint32_t const size = hashSize;
+  count = 0;
+  hashSum = EmptyHashSum;
+  for (std::uint32_t i = size; i-- > 0;) {
+    HashEntry* chain = std::exchange(heads[i], nullptr);
+    while (chain != nullptr) {
+      HashEntry* const entry = std::exchange(chain, chain->next);
+      delete entry;  // The value cell first, then the key.
+    }
+  }
+  if (buckets == nullptr && hashSize == size) {
+    buckets = heads;
+    ++blockOf(buckets).removals;
+  } else {
+    freeBuckets(heads);
+  }
+  return 0;
+}
+
+int lvrHashMap::freeStorage() {
+  int const status = clear();
+  if (status < 0) {
+    return status;
+  }
+  while (count != 0) {  // Left by a derived clear(), or put in while entries were released.
+    lvrHashMap::clear();
+  }
+  freeBuckets(std::exchange(buckets, nullptr));
+  delete std::exchange(spareEntry, nullptr);
+  return 0;
+}
+
+int lvrHashMap::finalize() { return freeStorage(); }
+
+// ---- Cursors -----------------------------------------------------------------------------------
+
+lviRealMapEnumerator* lvrHashMap::getEnumerator() const { return new RealEnumerator(*this); }
+
+lviRealMapIterator* lvrHashMap::getIterator() { return nullptr; }
+
+lviRealMapIterator* lvrHashMap::getRWIterator() { return nullptr; }
+
+void lvrHashMap::IteratorLogic::initFrom(lvrHashMap const& walked) {
+  map = &walked;
+  current = nullptr;
+  bucket = -1;
+  visited = 0;
+}
+
+bool lvrHashMap::IteratorLogic::next() {
+  if (visited == static_cast<std::uint32_t>(map->count)) {
+    current = nullptr;
+    return false;
+  }
+  if (current != nullptr && current->next != nullptr) {
+    current = current->next;
+    ++visited;
+    return true;
+  }
+  current = nullptr;
+  std::uint32_t i = static_cast<std::uint32_t>(bucket) + 1;
+  while (i < map->hashSize && map->buckets != nullptr && map->buckets[i] == nullptr) {
+    ++i;
+  }
+  if (i >= map->hashSize || map->buckets == nullptr) {  // Only after entries have gone.
+    bucket = static_cast<std::int32_t>(map->hashSize);
+    return false;
+  }
+  bucket = static_cast<std::int32_t>(i);
+  current = map->buckets[i];
+  ++visited;
+  return true;
+}
+
+void lvrHashMap::IteratorLogic::resume() {
+  auto const i = static_cast<std::uint32_t>(bucket);
+  HashEntry* alive = map->buckets != nullptr && i < map->hashSize ? map->buckets[i] : nullptr;
+  while (alive != nullptr && alive != current) {
+    alive = alive->next;
+  }
+  current = alive;
+}
+
+lvArg const& lvrHashMap::IteratorLogic::getKey() const {
+  return current != nullptr ? current->key : lvArg::NilValue;
+}
+
+lvArg const& lvrHashMap::IteratorLogic::getValue() const {
+  return current != nullptr ? current->value : lvArg::NilValue;
+}
+
+lvrHashMap::RealEnumerator::RealEnumerator(lvrHashMap const& map) : seenRemovals(map.removals()) {
+  tarselvalues::takeReference(map);
+  logic.initFrom(map);
+}
+
+lvrHashMap::RealEnumerator::~RealEnumerator() { tarselvalues::dropReference(*logic.map); }
+
+// The logic, brought up to date with the entries that have gone since it was last used.
+lvrHashMap::IteratorLogic& lvrHashMap::RealEnumerator::upToDate() const {
+  if (seenRemovals != logic.map->removals()) {
+    logic.resume();
+    seenRemovals = logic.map->removals();
+  }
+  return logic;
+}
+
+bool lvrHashMap::RealEnumerator::next() { return upToDate().next(); }
+
+lvArg lvrHashMap::RealEnumerator::getKey() const { return upToDate().getKey(); }
+
+lvArg lvrHashMap::RealEnumerator::getValue() const { return upToDate().getValue(); }

@@ -1,0 +1,151 @@
+// lvrHashMap: a chained hash table from cells to cells.
+//
+// Keys are hashed by lvArg::hashCode() and compared by lvArg::equiv(). The number of buckets is
+// fixed while the map has entries, so chains grow linearly: whoever expects many keys makes the map
+// with a larger size or calls setHashSize() before the first put(). The buckets are allocated by
+// the first put(). One retired entry is kept, so that removing and adding in turn allocates
+// nothing.
+//
+// Order:     bucket 0 upward, each chain from its head. Deliberate: new entries go to the tail and
+//            to the head of their chain in turn, counted over all maps of the process, so the order
+//            is not the order of insertion.
+// Ownership: the map holds references to its keys and values; its cursors hold one to the map.
+// Threads:   one thread at a time for a map and all its cursors together. Maps of different threads
+//            are independent but for the count behind the order, which any thread may disturb.
+// Errors:    negative numbers, as named below; out of memory is std::bad_alloc and leaves the map
+//            as it was.
+// Cursors:   put() of nil, clear(), setHashSize() and freeStorage() may take the entry under a
+//            cursor away. The cursor then goes on with the next bucket, or stops early; it never
+//            reads a freed entry. New entries may or may not be met.
+// Life:      finalize() frees everything; the destructor itself frees nothing.
+// Layout:    on 32-bit ARM: count 40, hashSize 44, buckets 48, spareEntry 52, hashSum 56, size 60.
+#pragma once
+
+#include <cstdint>
+
+#include "tarselvalues/containers/lviMap.h"
+#include "tarselvalues/core/Export.h"
+#include "tarselvalues/core/lvReferencable.h"
+
+class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
+ public:
+  // One entry, in the chain of its bucket.
+  struct TARSELVALUES_API HashEntry {
+    HashEntry(lvArg const& entryKey, lvArg const& entryValue)
+        : key(entryKey), value(entryValue), next(nullptr) {}
+
+    lvArg key;
+    lvArg value;
+    HashEntry* next;
+  };
+
+  // Where a cursor stands. It holds no reference: the map must outlive it, and if the map loses
+  // entries it must be told with resume() before it is used again. RealEnumerator sees to both.
+  class TARSELVALUES_API IteratorLogic {
+   public:
+    // Stands before the first entry of `walked`.
+    void initFrom(lvrHashMap const& walked);
+    // Steps to the next entry; false when there is none.
+    bool next();
+    // Return the current entry's cells; nil when there is none.
+    lvArg const& getKey() const;
+    lvArg const& getValue() const;
+
+   private:
+    friend class lvrHashMap;
+    template <class T>
+    friend struct lvLayoutAccess;
+
+    // After entries have gone: forgets the current one unless the map still has it.
+    TARSELVALUES_INTERNAL void resume();
+
+    HashEntry* current = nullptr;
+    std::int32_t bucket = -1;
+    std::uint32_t visited = 0;
+    lvrHashMap const* map = nullptr;
+  };
+
+  // The map's cursor; keeps the map alive.
+  class TARSELVALUES_API RealEnumerator : public lviRealMapEnumerator {
+   public:
+    explicit RealEnumerator(lvrHashMap const& map);
+    ~RealEnumerator() override;
+    bool next() override;
+    lvArg getKey() const override;
+    lvArg getValue() const override;
+
+   private:
+    template <class T>
+    friend struct lvLayoutAccess;
+
+    TARSELVALUES_INTERNAL IteratorLogic& upToDate() const;
+
+    mutable IteratorLogic logic;
+    mutable std::uint64_t seenRemovals;  // The map's removals as `logic` knows them.
+  };
+
+  // What a map is made with by name, and what setHashSize(0) sets.
+  static constexpr unsigned int DefaultHashSize = 7;
+
+  // Makes an empty map of `size` buckets. With 0, put() answers -22 until setHashSize() is called.
+  explicit lvrHashMap(unsigned int size);
+
+  // Returns a new map of DefaultHashSize buckets.
+  static lvReferencable* defaultCtorMethod();
+
+  // Returns the interned "HashMap".
+  static lvString const& getStaticClassDesc();
+
+  // Hash of the set of keys: independent of values and of order. Kept up to date, so O(1).
+  unsigned int hashCode() const override;
+  lvString const& getClassDesc() const override;
+  // Frees all entries, the buckets and the spare entry. Returns what freeStorage() answers.
+  int finalize() override;
+  ~lvrHashMap() override;
+
+  // Declaration order is the binary interface: append only, and in derived classes only.
+
+  lvArg get(lvArg const& key) const override;
+  // -22 when the map has no buckets (made with size 0). Putting nil under an absent key does
+  // nothing. The stored key stays when only the value is replaced.
+  int put(lvArg const& key, lvArg const& value, lvArg* old = nullptr) override;
+  // The buckets and the spare entry are kept.
+  int clear() override;
+  int getSize() const override;
+  lviRealMapEnumerator* getEnumerator() const override;
+  // Always null: a hash map offers the read-only cursor alone.
+  lviRealMapIterator* getIterator() override;
+  lviRealMapIterator* getRWIterator() override;
+
+  // Changes the number of buckets of an empty map; 0 means DefaultHashSize. Returns 0, or -16 when
+  // the map has entries and the number would change.
+  int setHashSize(unsigned int size);
+
+  // Allocates the buckets if they are not there. Returns 0, or -22 when their number is 0.
+  int needStorage();
+
+  // Clears the map (through clear(), where a derived class has its own, whose negative answer ends
+  // the operation) and frees the buckets and the spare entry. Returns 0.
+  int freeStorage();
+
+ private:
+  template <class T>
+  friend struct lvLayoutAccess;
+
+  struct BucketBlock;
+
+  TARSELVALUES_INTERNAL static BucketBlock& blockOf(HashEntry** heads);
+  TARSELVALUES_INTERNAL static HashEntry** allocateBuckets(std::uint32_t size);
+  TARSELVALUES_INTERNAL static void freeBuckets(HashEntry** heads);
+  TARSELVALUES_INTERNAL std::uint64_t removals() const;
+  TARSELVALUES_INTERNAL HashEntry** findLink(lvArg const& key, unsigned int hash) const;
+  TARSELVALUES_INTERNAL HashEntry* takeEntry(lvArg const& key, lvArg const& value);
+  TARSELVALUES_INTERNAL void linkEntry(HashEntry* entry, HashEntry** tail, unsigned int hash);
+  TARSELVALUES_INTERNAL void removeEntry(HashEntry** link, unsigned int hash);
+
+  std::int32_t count;
+  std::uint32_t hashSize;
+  HashEntry** buckets;    // null until the first put(); a BucketBlock stands in front of them
+  HashEntry* spareEntry;  // a retired entry for the next put(), or null
+  std::uint32_t hashSum;
+};

@@ -1,0 +1,276 @@
+#include "tarselvalues/containers/lvrVector.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "tarselvalues/core/ClassKeys.h"
+#include "tarselvalues/core/Reference.h"
+
+namespace {
+
+constexpr int DefaultCapacity = 7;
+constexpr int NotFound = -1;
+constexpr int Last = -1;
+
+constexpr std::uint32_t HashStart = 74641;  // times the number of elements
+constexpr std::uint32_t HashFactor = 4294938761;
+
+std::uint16_t cutToLimit(int capacity) {
+  return static_cast<std::uint16_t>(std::clamp(capacity, 0, lvrVector::MaxSize));
+}
+
+}  // namespace
+
+lvrVector::lvrVector(int size)
+    : elements(size >= 0 ? new lvArg[cutToLimit(size)] : nullptr),
+      alloced(cutToLimit(size)),
+      start(0),
+      count(0),
+      flags(HashCached),
+      hashCache(0) {
+  setKind(ListKind);
+}
+
+lvrVector::lvrVector(int ringAlloced, int ringCount, int ringStart, lvArg* ring)
+    : elements(ring),
+      alloced(ring != nullptr ? cutToLimit(ringAlloced) : std::uint16_t{0}),
+      start(ringStart < alloced ? cutToLimit(ringStart) : std::uint16_t{0}),
+      count(std::min(cutToLimit(ringCount), alloced)),
+      flags(0),
+      hashCache(0) {
+  setKind(ListKind);
+}
+
+lvrVector::~lvrVector() = default;
+
+lvReferencable* lvrVector::defaultCtorMethod() { return new lvrVector(DefaultCapacity); }
+
+lvString const& lvrVector::getStaticClassDesc() {
+  return tarselvalues::classKey(tarselvalues::ClassKey::Vector);
+}
+
+lvString const& lvrVector::getClassDesc() const { return getStaticClassDesc(); }
+
+int lvrVector::finalize() { return releaseData(); }
+
+lvArg& lvrVector::slot(int position) const { return elements[(start + position) % alloced]; }
+
+// ---- Asking ------------------------------------------------------------------------------------
+
+unsigned int lvrVector::hashCode() const {
+  if (flags == 0) {
+    std::uint32_t hash = HashStart * count;
+    for (int i = count - 1; i >= 0; --i) {
+      hash = hash * HashFactor + slot(i).hashCode();
+    }
+    hashCache = hash;
+    flags = HashCached;
+  }
+  return hashCache;
+}
+
+bool lvrVector::isSorted() const { return false; }
+
+lvArg lvrVector::at(int index) const {
+  return index >= 0 && index < count ? slot(index) : lvArg::NilValue;
+}
+
+int lvrVector::getSize() const { return count; }
+
+int lvrVector::getElementPos(lvArg const& value) const {
+  for (int i = 0; i < count; ++i) {
+    if (slot(i).equiv(value) != 0) {
+      return i;
+    }
+  }
+  return NotFound;
+}
+
+// ---- Changing ----------------------------------------------------------------------------------
+
+// Moves the elements from `first` up to `last` one position up, into a free slot.
+void lvrVector::shiftUp(int first, int last) {
+  for (int i = last; i >= first; --i) {
+    slot(i + 1) = std::move(slot(i));
+  }
+}
+
+// Moves the elements from `first` up to `last` one position down, into a free slot.
+void lvrVector::shiftDown(int first, int last) {
+  for (int i = first; i <= last; ++i) {
+    slot(i + alloced - 1) = std::move(slot(i));
+  }
+}
+
+bool lvrVector::insert(lvArg const& value, int index) {
+  if (index > count || index < Last || count == MaxSize) {
+    return false;
+  }
+  lvArg incoming(value);  // It may lie in the array that is about to move.
+  if (count >= alloced && setAlloced(count * 3 / 2 + 10) < 0) {
+    return false;
+  }
+  int const size = count;
+  if (size >= alloced || index > size) {
+    return false;  // A derived setAlloced() made no room.
+  }
+  int const position = index == Last ? size : index;
+  if (position >= size / 2) {
+    shiftUp(position, size - 1);
+  } else {
+    shiftDown(0, position - 1);
+    start = static_cast<std::uint16_t>((start + alloced - 1) % alloced);
+  }
+  count = static_cast<std::uint16_t>(size + 1);
+  flags = 0;
+  slot(position) = std::move(incoming);
+  return true;
+}
+
+lvArg lvrVector::remove(int index) {
+  if (count == 0 || index < Last || index >= count) {
+    return lvArg::NilValue;
+  }
+  int const position = index == Last ? count - 1 : index;
+  int const rest = count - 1;
+  flags = 0;
+  lvArg removed(std::move(slot(position)));
+  if (position < rest / 2) {
+    shiftUp(0, position - 1);
+    start = static_cast<std::uint16_t>((start + 1) % alloced);
+  } else {
+    shiftDown(position + 1, rest);
+  }
+  count = static_cast<std::uint16_t>(rest);
+  return removed;
+}
+
+int lvrVector::remove(lvArg const& value) {
+  int const position = getElementPos(value);
+  if (position == NotFound) {
+    return 0;
+  }
+  remove(position);
+  return 1;
+}
+
+bool lvrVector::clear() {
+  if (count == 0) {
+    return true;
+  }
+  // Out of the way before the first release: what runs in there finds a vector that it may use.
+  std::unique_ptr<lvArg[]> ring(std::exchange(elements, nullptr));
+  std::uint16_t const capacity = std::exchange(alloced, std::uint16_t{0});
+  std::uint16_t const size = std::exchange(count, std::uint16_t{0});
+  std::uint16_t const first = start;
+  for (int i = 0; i < size; ++i) {
+    ring[static_cast<std::size_t>((first + i) % capacity)].setNil();
+  }
+  if (elements == nullptr) {
+    elements = ring.release();
+    alloced = capacity;
+  }
+  return true;
+}
+
+bool lvrVector::merge(lviList const& /*other*/) { return false; }
+
+int lvrVector::setAlloced(int capacity) {
+  if (elements != nullptr && capacity < 0 && count == 0) {
+    return releaseData();
+  }
+  if (elements == nullptr && capacity < 1) {
+    return 0;
+  }
+  std::uint16_t const wanted = std::max(cutToLimit(capacity), count);
+  if (wanted == alloced) {
+    return alloced;
+  }
+  std::unique_ptr<lvArg[]> ring(new lvArg[wanted]);
+  for (int i = 0; i < count; ++i) {
+    ring[static_cast<std::size_t>(i)] = std::move(slot(i));
+  }
+  if (elements != nullptr && count > 0) {
+    start = 0;
+  }
+  std::unique_ptr<lvArg[]> const old(std::exchange(elements, ring.release()));
+  alloced = wanted;
+  return wanted;
+}
+
+int lvrVector::releaseData() {
+  if (elements == nullptr) {
+    return 0;
+  }
+  std::unique_ptr<lvArg[]> const ring(
+      std::exchange(elements, nullptr));  // The last slot goes first.
+  alloced = 0;
+  count = 0;
+  flags = 0;
+  return 0;
+}
+
+void lvrVector::vectorEvent(Action /*action*/, int /*index*/, lvArg const& /*value*/) {}
+
+// ---- Cursors -----------------------------------------------------------------------------------
+
+lviRealListEnumerator* lvrVector::getListEnumerator() const { return new RealEnumerator(*this); }
+
+lviRealListIterator* lvrVector::getListIterator() { return nullptr; }
+
+lviRealListRWIterator* lvrVector::getListRWIterator() { return nullptr; }
+
+lvrVector::RealEnumerator::RealEnumerator(lvrVector const& walked) : vector(&walked) {
+  tarselvalues::takeReference(walked);
+}
+
+lvrVector::RealEnumerator::~RealEnumerator() { tarselvalues::dropReference(*vector); }
+
+bool lvrVector::RealEnumerator::gotoNext() {
+  if (position + 1 >= vector->count) {
+    return false;
+  }
+  ++position;
+  return true;
+}
+
+bool lvrVector::RealEnumerator::gotoNextMatching(Predicate* pred, void* ctx) {
+  while (gotoNext()) {
+    if (pred(getValue(), ctx)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool lvrVector::RealEnumerator::gotoPrevious() {
+  if (position < 1) {
+    return false;
+  }
+  --position;
+  return true;
+}
+
+bool lvrVector::RealEnumerator::gotoPreviousMatching(Predicate* pred, void* ctx) {
+  while (gotoPrevious()) {
+    if (pred(getValue(), ctx)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool lvrVector::RealEnumerator::gotoIndex(int index) {
+  if (index < 0 || index >= vector->count) {
+    return false;
+  }
+  position = index;
+  return true;
+}
+
+int lvrVector::RealEnumerator::getIndex() const { return position; }
+
+lvArg lvrVector::RealEnumerator::getValue() const {
+  return position >= 0 && position < vector->count ? vector->slot(position) : lvArg::NilValue;
+}

@@ -1,0 +1,66 @@
+// Where the fields of the core classes lie, for layout checks and tests. Not for users.
+//
+// Every class of a fixed layout befriends the template; the specialisations are the one place that
+// names its private fields from outside.
+#pragma once
+
+#include <cstddef>
+
+#include "tarselvalues/core/lvArg.h"
+#include "tarselvalues/core/lvReferencable.h"
+#include "tarselvalues/core/lvString.h"
+#include "tarselvalues/core/lvrString.h"
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"  // All classes here have a fixed layout.
+
+template <>
+struct lvLayoutAccess<lvArg> {
+  static constexpr std::size_t tagWordOffset = offsetof(lvArg, tagWord);
+  static constexpr std::size_t payloadOffset = offsetof(lvArg, payload);
+  static std::uint32_t& tagWord(lvArg& cell) { return cell.tagWord; }
+  static std::uint32_t tagWord(lvArg const& cell) { return cell.tagWord; }
+  static std::uintptr_t& payload(lvArg& cell) { return cell.payload; }
+};
+
+template <>
+struct lvLayoutAccess<lvReferencable> {
+  static constexpr std::size_t typeByteOffset = offsetof(lvReferencable, typeByte);
+  static constexpr std::size_t countOffset = offsetof(lvReferencable, count);
+  static constexpr std::size_t mutexOffset = offsetof(lvReferencable, mutex);
+  static std::uint8_t typeByte(lvReferencable const& object) { return object.typeByte; }
+  static void setTypeByte(lvReferencable& object, std::uint8_t byte) { object.typeByte = byte; }
+  static int count(lvReferencable const& object) { return object.count; }
+  static pthread_mutex_t& mutex(lvReferencable const& object) { return object.mutex; }
+};
+
+template <>
+struct lvLayoutAccess<lvrString> {
+  static constexpr std::size_t textOffset = offsetof(lvrString, text);
+  static constexpr std::size_t lengthOffset = offsetof(lvrString, length);
+  static constexpr std::size_t flagsOffset = offsetof(lvrString, flags);
+  static constexpr std::size_t cachedHashOffset = offsetof(lvrString, cachedHash);
+  static unsigned length(lvrString const& string) { return string.length; }
+  static unsigned flags(lvrString const& string) { return string.flags; }
+  static unsigned cachedHash(lvrString const& string) { return string.cachedHash; }
+};
+
+template <>
+struct lvLayoutAccess<lvString::StringEntry> {
+  static constexpr std::size_t nextOffset = offsetof(lvString::StringEntry, next);
+  static lvString::StringEntry const* next(lvString::StringEntry const& entry) {
+    return entry.next;
+  }
+};
+
+template <>
+struct lvLayoutAccess<lvString::HashTable> {
+  static constexpr std::size_t bucketCountOffset = offsetof(lvString::HashTable, bucketCount);
+  static constexpr std::size_t bucketsOffset = offsetof(lvString::HashTable, buckets);
+  static std::uint32_t bucketCount(lvString::HashTable const& table) { return table.bucketCount; }
+  static lvString::StringEntry const* bucket(lvString::HashTable const& table, std::size_t i) {
+    return table.buckets[i];
+  }
+};
+
+#pragma GCC diagnostic pop

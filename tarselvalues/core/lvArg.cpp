@@ -1,0 +1,190 @@
+#include "tarselvalues/core/lvArg.h"
+
+#include "tarselvalues/core/Address.h"
+#include "tarselvalues/core/Reference.h"
+#include "tarselvalues/core/lvReferencable.h"
+
+namespace {
+
+constexpr unsigned int NilHash = 19567;
+
+// The mix behind the hash of integers and addresses, with 32-bit wrap-around.
+constexpr unsigned int mixHash(std::uint32_t word) {
+  constexpr std::uint32_t factor = static_cast<std::uint32_t>(-23456);
+  constexpr std::uint32_t summand = 69845;
+  return word * factor + summand;
+}
+
+std::uintptr_t wordOf(lvReferencable const& object) {
+  return reinterpret_cast<std::uintptr_t>(&object);
+}
+
+// Drops the reference that a cell has just given up, if it held one.
+int drop(lvReferencable* old) {
+  if (old != nullptr) {
+    old->__removeRef();
+  }
+  return 0;
+}
+
+lvArg::ValueType tagOf(lvReferencable const& object) {
+  return static_cast<lvArg::ValueType>(unsigned{object.getKind()} | lvArg::ReferenceFlag);
+}
+
+}  // namespace
+
+// Constant initialisation: the constants are there before any initialiser runs.
+lvArg const lvArg::NilValue;
+lvArg const lvArg::TrueValue(IntType, 1);
+lvArg const lvArg::FalseValue(IntType, 0);
+
+lvArg::lvArg(lvReferencable const& object) : lvArg() { setReferencableFast(object); }
+
+lvArg::lvArg(lvArg const& other) : lvArg() {
+  assignFast(other);
+  tagWord = (other.tagWord & ~TagMask) | getType();
+}
+
+bool lvArg::eq(lvArg const& other) const {
+  if (this == &other) {
+    return true;
+  }
+  return getType() == other.getType() && (isNil() || payload == other.payload);
+}
+
+int lvArg::equiv(lvArg const& other) const {
+  if (this == &other) {
+    return 1;
+  }
+  if (getType() != other.getType()) {
+    return 0;
+  }
+  if (getType() == StringType && payload != 0 && other.payload != 0) {
+    return object()->equiv(*other.object());
+  }
+  return isNil() || payload == other.payload ? 1 : 0;
+}
+
+int lvArg::compareTo(lvArg const& other) const {
+  if (this == &other) {
+    return 0;
+  }
+  if (getType() != other.getType()) {
+    return static_cast<int>(getType()) - static_cast<int>(other.getType());
+  }
+  if (isNil()) {
+    return 0;
+  }
+  if (getType() == IntType) {
+    return static_cast<int>(static_cast<std::uint32_t>(payload) -
+                            static_cast<std::uint32_t>(other.payload));
+  }
+  if (isReference() && payload != other.payload && payload != 0 && other.payload != 0) {
+    return object()->compareTo(*other.object());
+  }
+  return tarselvalues::wordDifference(static_cast<std::intptr_t>(payload),
+                                      static_cast<std::intptr_t>(other.payload));
+}
+
+unsigned int lvArg::hashCode() const {
+  switch (getType()) {
+    case NilType:
+      return NilHash;
+    case IntType:
+      return mixHash(static_cast<std::uint32_t>(payload));
+    case PointerType:
+      return mixHash(static_cast<std::uint32_t>(static_cast<std::intptr_t>(payload) >> 3));
+    default:
+      return isReference() && payload != 0 ? object()->hashCode() : 0;
+  }
+}
+
+lvArg& lvArg::operator=(lvArg&& other) noexcept {
+  if (this != &other) {
+    lvReferencable* const old = detach();
+    set(other.getType(), other.payload);
+    other.setTag(NilType);
+    drop(old);
+  }
+  return *this;
+}
+
+int lvArg::assign(lvArg const& src) {
+  if (isReference() && src.isReference() && payload != 0 && payload == src.payload) {
+    setTag(src.getType());
+    return 0;
+  }
+  lvReferencable* const old = detach();
+  assignFast(src);
+  return drop(old);
+}
+
+int lvArg::releaseData() { return drop(detach()); }
+
+int lvArg::setNil() {
+  lvReferencable* const old = detach();
+  setTag(NilType);
+  return drop(old);
+}
+
+int lvArg::setInt(int value) {
+  lvReferencable* const old = detach();
+  set(IntType, static_cast<std::uint32_t>(value));
+  return drop(old);
+}
+
+int lvArg::setPointer(void* address) {
+  lvReferencable* const old = detach();
+  set(PointerType, reinterpret_cast<std::uintptr_t>(address));
+  return drop(old);
+}
+
+int lvArg::setReferencable(lvReferencable const& object) {
+  lvReferencable* const old = getReferencable();
+  if (old == &object) {
+    return 0;
+  }
+  setReferencableFast(object);
+  return drop(old);
+}
+
+void lvArg::exchange(lvArg& other) noexcept {
+  std::uint32_t const word = tagWord;
+  std::uintptr_t const content = payload;
+  tagWord = other.tagWord;
+  payload = other.payload;
+  other.tagWord = word;
+  other.payload = content;
+}
+
+int lvArg::assignFast(lvArg const& src) {
+  if (src.isReference()) {
+    if (src.payload != 0) {
+      tarselvalues::takeReference(*src.object());
+    }
+    set(src.getType(), src.payload);
+  } else if (src.getType() == IntType || src.getType() == PointerType) {
+    set(src.getType(), src.payload);
+  } else {
+    setTag(NilType);
+  }
+  return 0;
+}
+
+int lvArg::setReferencableFast(lvReferencable const& object) {
+  return setReferencableFast(object, tagOf(object));
+}
+
+int lvArg::setReferencableFast(lvReferencable const& object, ValueType type) {
+  tarselvalues::takeReference(object);
+  set(type, wordOf(object));
+  return 0;
+}
+
+lvReferencable* lvArg::detach() noexcept {
+  lvReferencable* const held = getReferencable();
+  if (held != nullptr) {
+    payload = 0;  // What runs during the release must not see the object again.
+  }
+  return held;
+}

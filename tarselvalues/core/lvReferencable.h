@@ -1,0 +1,125 @@
+// lvReferencable: base of every object that a cell (lvArg) can reference.
+//
+// It carries the object's kind, which becomes the tag of the cells that hold it, a reference count,
+// and a mutex of its own that makes counting safe across threads.
+//
+// Life:      new -> count 0 -> every cell, handle or cursor that holds the object adds one -> the
+//            last __removeRef() runs finalize(), then the destructor, and frees the object.
+//            An object that no cell ever held is the caller's to delete.
+// Ownership: whoever takes a reference drops it. Only cells, handles and cursors take one.
+// Threads:   taking and dropping references is safe from any thread; each change of the count is
+//            made under the object's recursive mutex, which is never held while finalize() runs.
+//            Everything else is as thread-safe as the derived class says.
+// Layout:    on 32-bit ARM: virtual table 0, type byte 4, count 8, mutex 12, size 36.
+// Deriving:  call setKind() in the constructor for another kind than ObjectKind; override
+//            getClassDesc() to be found in the class registry; drop what the object holds in
+//            finalize(), which runs before the destructors.
+#pragma once
+
+#include <pthread.h>
+
+#include <atomic>
+#include <climits>
+#include <cstdint>
+
+#include "tarselvalues/core/Export.h"
+#include "tarselvalues/core/Reference.h"
+#include "tarselvalues/core/lvArg.h"
+
+class lvString;
+
+class TARSELVALUES_API lvReferencable {
+ public:
+  // What an object is. A cell that holds it has the kind plus lvArg::ReferenceFlag as its tag.
+  // Compiled programs and debugger scripts rely on the numbers.
+  enum Kind : unsigned char {
+    ObjectKind = 2,
+    StringKind = 3,
+    MapKind = 8,  // Deliberate: stacks too.
+    ListKind = 9,
+    ClassKind = 11,
+  };
+
+  // Makes an object of ObjectKind with count 0 and a fresh mutex. Bits 2-3 of the type byte, which
+  // are left to derived classes, are 0.
+  lvReferencable();
+
+  lvReferencable(lvReferencable const&) = delete;
+  lvReferencable& operator=(lvReferencable const&) = delete;
+
+  // Declaration order is the binary interface: append only, and in derived classes only.
+
+  // Equality of content, as a truth value. Here: 1 for this very object, else 0.
+  virtual int equiv(lvReferencable const& other) const;
+  // A hash that agrees with equiv(). Here: 0.
+  virtual unsigned int hashCode() const;
+  // Order. Here: by address (in units of four bytes).
+  virtual int compareTo(lvReferencable const& other) const;
+  // Returns nil. A hook that no class of the library uses.
+  virtual lvArg getValue() const;
+  // Returns 0. A hook for walks over object graphs that no class of the library uses.
+  virtual int __mark();
+  // Returns the class key: the interned name of the class, here getStaticClassDesc().
+  virtual lvString const& getClassDesc() const;
+  // Drops what the object holds; runs when the last reference has gone, before the destructor, with
+  // no lock held. It may run more than once and must then do no harm. Returns 0.
+  virtual int finalize();
+  // Destroys the mutex.
+  virtual ~lvReferencable();
+  // Returns 0. A hook that no class of the library uses.
+  virtual int __hook();
+
+  // Returns the interned "Referencable". It is made by the first call, and released by the exit
+  // handlers; a call after that makes it again. Any thread.
+  static lvString const& getStaticClassDesc();
+
+  // Drops one reference. Returns 1 when that was the last one and the object is gone, else 0.
+  // Dropping a reference that nobody took leaves a negative count and deletes nothing.
+  // An immortal object is never deleted: its count goes from 0 to 10000 instead.
+  int __removeRef();
+
+  // Sets both lifetime bits: the object is never deleted from then on. Any thread.
+  void __makeImmortal();
+
+  // Returns the object's kind.
+  Kind getKind() const {
+    return static_cast<Kind>(typeByte.load(std::memory_order_relaxed) >> KindShift);
+  }
+
+ protected:
+  // For constructors: sets the kind and keeps the low four bits of the type byte.
+  void setKind(Kind kind) {
+    unsigned const low = typeByte.load(std::memory_order_relaxed) & LowBits;
+    typeByte.store(static_cast<std::uint8_t>(low | (static_cast<unsigned>(kind) << KindShift)),
+                   std::memory_order_relaxed);
+  }
+
+  // What finalize() answers to stay alive, for objects that others can find without holding a
+  // reference: only interned strings do. Whoever answers it must have seen isStillUnheld() fail.
+  static constexpr int FinalizeRefused = INT_MIN;
+
+  // For such a finalize(), under the lock that guards the finding: false when somebody has taken a
+  // reference since the last one went. The count is then again the plain number of holders.
+  TARSELVALUES_INTERNAL bool isStillUnheld();
+
+ private:
+  template <class T>
+  friend struct lvLayoutAccess;
+  friend void tarselvalues::takeReference(lvReferencable const& object) noexcept;
+
+  // Type byte: bits 0-1 lifetime (immortal when both are set), bits 2-3 left to derived classes,
+  // bits 4-7 the kind.
+  static constexpr unsigned ImmortalBits = 0x03;
+  static constexpr unsigned LowBits = 0x0F;
+  static constexpr unsigned KindShift = 4;
+
+  // The count an immortal object gets in place of 0: high enough not to be back there soon.
+  static constexpr std::int32_t ImmortalCount = 10000;
+  // The count while the last release carries on. Far below 0, so that references that are taken
+  // and dropped meanwhile never bring it to 0 a second time.
+  static constexpr std::int32_t DyingCount = INT_MIN / 2;
+
+  std::atomic<std::uint8_t> typeByte;  // Atomic: immortality may be set while others read the kind.
+  mutable std::int32_t count;          // Guarded by `mutex`. How many hold the object.
+  mutable pthread_mutex_t mutex;       // Recursive.
+};

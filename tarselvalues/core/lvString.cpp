@@ -1,0 +1,348 @@
+// The table of interned strings, and the handles to it.
+//
+// States of an entry, all changes made under the table's lock or the entry's own mutex:
+//
+//   made, count 0    found by its text; the finder takes the first reference before it unlocks
+//   held, count > 0  by handles and cells
+//   let go           the last reference went and finalize() is on its way to the table's lock.
+//                    Until it gets there a look-up may find the entry and take a reference.
+//   dead             finalize() found nobody there: out of the table, freed
+//
+// Look-ups and finalize() decide under the same lock: an entry that was found while it was let go
+// is held again, and finalize() refuses to end it. That entry's new last holder runs finalize()
+// anew. The count itself tells the two apart (see lvReferencable::isStillUnheld), so no matter how
+// often an entry is let go and found again meanwhile, one finalize() at a time is under way.
+
+#include "tarselvalues/core/lvString.h"
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <new>
+
+#include "tarselvalues/core/lvValue.h"
+
+namespace {
+
+constexpr int Measure = -1;
+
+// A look-up with this hash computes it.
+constexpr unsigned int UnknownHash = 0;
+
+int indexIn(char const* text, char const* found) {
+  return found != nullptr ? static_cast<int>(found - text) : -1;
+}
+
+}  // namespace
+
+std::atomic<lvString::HashTable*> lvString::hashTable_{nullptr};
+char const lvString::emptyStringPointer_[] = "";
+
+// Holds the table's lock.
+class lvString::TableGuard {
+ public:
+  TableGuard() : table(*getHashTable()) { table.writeLock(); }
+  ~TableGuard() { table.unlock(); }
+  TableGuard(TableGuard const&) = delete;
+  TableGuard& operator=(TableGuard const&) = delete;
+
+ private:
+  HashTable& table;
+};
+
+// ---- The table ---------------------------------------------------------------------------------
+
+lvString::HashTable::HashTable() : bucketCount(BucketCount), buckets{} {
+  pthread_rwlock_init(&lock, nullptr);
+}
+
+lvString::HashTable::~HashTable() { pthread_rwlock_destroy(&lock); }
+
+void lvString::HashTable::writeLock() { pthread_rwlock_wrlock(&lock); }
+
+void lvString::HashTable::unlock() { pthread_rwlock_unlock(&lock); }
+
+lvString::HashTable* lvString::getHashTable() {
+  // Without the mutex once there is a table: exit handlers that run late find it destroyed.
+  if (HashTable* const table = hashTable_.load(std::memory_order_acquire)) {
+    return table;
+  }
+  static std::recursive_mutex creation;
+  std::lock_guard<std::recursive_mutex> const guard(creation);
+  if (hashTable_.load(std::memory_order_relaxed) == nullptr) {
+    hashTable_.store(new HashTable, std::memory_order_release);
+  }
+  return hashTable_.load(std::memory_order_relaxed);
+}
+
+// Returns the link that leads to the entry with these bytes, or the null link that ends its chain.
+lvString::StringEntry** lvString::findLink(char const* text, int length, unsigned int hash) {
+  StringEntry** link = &getHashTable()->chainOf(hash);
+  while (*link != nullptr) {
+    StringEntry const& candidate = **link;
+    if (candidate.getLength() == length &&
+        (length == 0 ||
+         std::memcmp(candidate.getText(), text, static_cast<std::size_t>(length)) == 0)) {
+      break;
+    }
+    link = &(*link)->next;
+  }
+  return link;
+}
+
+lvString::StringEntry* lvString::findStringObject(char const* text, int length, int mode,
+                                                  unsigned int hash) {
+  if (text == nullptr) {
+    static char const message[] = "lvString::findStringObject(): Returning NULL.\n";
+    std::fwrite(message, 1, sizeof(message) - 1, stderr);
+    return nullptr;
+  }
+  if (length == Measure) {
+    length = static_cast<int>(std::strlen(text));
+  }
+  if (length == 0) {
+    hash = lvrString::computeHashCode(lvrString::strEmpty, 0);
+  } else if (hash == UnknownHash) {
+    hash = lvrString::computeHashCode(text, length);
+  }
+  StringEntry** const link = findLink(text, length, hash);
+  if (*link == nullptr) {
+    std::unique_ptr<StringEntry> made(new StringEntry);
+    if (made->setStringDataFast(text, length, mode) != 0) {
+      throw std::bad_alloc();
+    }
+    made->markInterned(hash);
+    *link = made.release();
+  }
+  return *link;
+}
+
+int lvString::StringEntry::finalize() {
+  {
+    TableGuard const guard;
+    if (!isStillUnheld()) {
+      return FinalizeRefused;
+    }
+    StringEntry** link = &getHashTable()->chainOf(hashCode());
+    while (*link != nullptr && *link != this) {
+      link = &(*link)->next;
+    }
+    if (*link == this) {
+      *link = next;
+      next = nullptr;
+    }
+  }
+  return lvrString::finalize();
+}
+
+void lvString::findSetFast(char const* text, int length, int mode, unsigned int hash) {
+  StringEntry const* const found = findStringObject(text, length, mode, hash);
+  if (found != nullptr) {
+    setReferencableFast(*found);
+  } else {
+    assignFast(NilValue);
+  }
+}
+
+void lvString::internFast(char const* text, int length, int mode, unsigned int hash) {
+  TableGuard const guard;
+  findSetFast(text, length, mode, hash);
+}
+
+lvString lvString::internBuffer(char* buffer, int length) {
+  std::unique_ptr<char, void (*)(void*)> owned(buffer, std::free);
+  if (length == 0) {
+    return {0, buffer, lvrString::CopyAndOwn};
+  }
+  buffer[length] = '\0';
+  unsigned int const hash = lvrString::computeHashCode(buffer, length);
+  lvString result;
+  TableGuard const guard;
+  StringEntry** const link = findLink(buffer, length, hash);
+  if (*link == nullptr) {
+    std::unique_ptr<StringEntry> made(new StringEntry);
+    std::size_t const bytes = static_cast<std::size_t>(length);
+    char* const cut = static_cast<char*>(std::realloc(owned.get(), bytes + 1));
+    char* const kept = owned.release();
+    made->adoptBufferFast(cut != nullptr ? cut : kept, bytes);
+    made->markInterned(hash);
+    *link = made.release();
+  }
+  result.setReferencableFast(**link);
+  return result;
+}
+
+// ---- Making ------------------------------------------------------------------------------------
+
+lvString::lvString(char const* text) {
+  internFast(text, Measure, lvrString::CopyAndOwnEmpty, UnknownHash);
+}
+
+lvString::lvString(int length, char const* text, int mode) {
+  internFast(text, length, mode, UnknownHash);
+}
+
+lvString::lvString(int value) : lvString(valueOf(value)) {}
+
+lvString::lvString(lvArg const& value) {
+  if (value.isNil()) {
+    return;
+  }
+  if (value.getType() != StringType) {
+    *this = lvString(static_cast<lvArg const&>(lvValue(value).toString()));
+    return;
+  }
+  auto const* const string = static_cast<lvrString const*>(value.getReferencable());
+  if (string == nullptr) {
+    return;
+  }
+  if (string->isInterned()) {
+    assignFast(value);
+  } else {
+    internFast(string->getText(), string->getKnownLength(), lvrString::CopyAndOwnEmpty,
+               string->hashCode());
+  }
+}
+
+lvString& lvString::operator=(char const* text) {
+  internFast(text, Measure, lvrString::CopyAndOwnEmpty, UnknownHash);
+  return *this;
+}
+
+lvString lvString::valueOf(int value) {
+  char formatted[25];
+  std::snprintf(formatted, sizeof(formatted), "%d", value);
+  return {formatted};
+}
+
+// ---- Asking ------------------------------------------------------------------------------------
+
+// Any string object serves: a cell operation may have stored one that is not interned.
+lvrString const* lvString::string() const {
+  return getType() == StringType ? static_cast<lvrString const*>(getReferencable()) : nullptr;
+}
+
+lvString::operator char const*() const {
+  lvrString const* const held = string();
+  return held != nullptr && held->getText() != nullptr ? held->getText() : emptyStringPointer_;
+}
+
+int lvString::length() const {
+  lvrString const* const held = string();
+  return held != nullptr ? held->getLength() : 0;
+}
+
+int lvString::compareTo(lvString const& other) const {
+  if (this == &other) {
+    return 0;
+  }
+  if (getType() != other.getType()) {
+    return static_cast<int>(getType()) - static_cast<int>(other.getType());
+  }
+  if (getReferencable() == other.getReferencable()) {
+    return 0;
+  }
+  return std::strcmp(*this, other);
+}
+
+int lvString::compareTo(char const* text) const {
+  return isNil() || text == nullptr ? 1 : std::strcmp(*this, text);
+}
+
+int lvString::find(char c) const {
+  char const* const text = *this;
+  return isNil() ? -1 : indexIn(text, std::strchr(text, c));
+}
+
+int lvString::find(char const* searched) const {
+  char const* const text = *this;
+  return isNil() || searched == nullptr ? -1 : indexIn(text, std::strstr(text, searched));
+}
+
+int lvString::findRev(char c) const {
+  char const* const text = *this;
+  return isNil() ? -1 : indexIn(text, std::strrchr(text, c));
+}
+
+int lvString::operator[](int i) const {
+  char const* const text = *this;
+  return i >= 0 && i < length() ? static_cast<unsigned char>(text[i]) : -1;
+}
+
+// ---- Making new strings from old ---------------------------------------------------------------
+
+lvString lvString::concat(lvString const& a, char const* text, int n) {
+  int const head = a.length();
+  if (text == nullptr || *text == '\0' || n < 0 || (head == 0 && n == 0)) {
+    return a;
+  }
+  if (n > INT_MAX - 1 - head) {
+    throw std::bad_alloc();
+  }
+  auto const headBytes = static_cast<std::size_t>(head);
+  auto const tailBytes = static_cast<std::size_t>(n);
+  char* const joined = static_cast<char*>(std::malloc(headBytes + tailBytes + 1));
+  if (joined == nullptr) {
+    throw std::bad_alloc();
+  }
+  std::memcpy(joined, static_cast<char const*>(a), headBytes);
+  std::memcpy(joined + headBytes, text, tailBytes);
+  return internBuffer(joined, head + n);
+}
+
+lvString lvString::concat(lvString const& a, lvString const& b) {
+  if (a.isNil() && b.isNil()) {
+    return {emptyStringPointer_};
+  }
+  if (a.isNil() || b.isNil()) {
+    return a.isNil() ? b : a;
+  }
+  return concat(a, b, b.length());
+}
+
+lvString lvString::operator+(char const* text) const {
+  return text == nullptr ? *this : concat(*this, text, static_cast<int>(std::strlen(text)));
+}
+
+lvString lvString::operator+(lvString const& other) const { return concat(*this, other); }
+
+lvString& lvString::operator+=(char const* text) {
+  if (text != nullptr) {
+    *this = concat(*this, text, static_cast<int>(std::strlen(text)));
+  }
+  return *this;
+}
+
+lvString& lvString::operator+=(lvString const& other) {
+  *this = concat(*this, other);
+  return *this;
+}
+
+lvString lvString::getLeft(int n) const {
+  if (n < 0 || n >= length()) {
+    return *this;
+  }
+  return {n, *this, lvrString::CopyAndOwnEmpty};
+}
+
+lvString lvString::getMid(int start, int count) const {
+  int const whole = length();
+  int const first = start < 0 ? 0 : start;
+  if (first >= whole || count < -1) {
+    return {emptyStringPointer_};
+  }
+  int const rest = whole - first;
+  int const taken = count == -1 || count > rest ? rest : count;
+  return {taken, static_cast<char const*>(*this) + first, lvrString::CopyAndOwnEmpty};
+}
+
+lvString lvString::getRight(int n) const {
+  int const whole = length();
+  if (n < 0 || n == whole) {
+    return *this;
+  }
+  return n > whole ? getMid(0, whole) : getMid(whole - n, n);
+}

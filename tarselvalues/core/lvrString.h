@@ -1,0 +1,153 @@
+// lvrString: the counted string object behind every cell of tag lvArg::StringType.
+//
+// It holds NUL-terminated bytes in no particular encoding, which it owns (from malloc) or borrows,
+// their length, and two caches: the hash, and a small integer for texts made from one.
+//
+// Ownership: an owned text is freed with free() by the next setter and by finalize(). A borrowed
+//            text must stay alive and unchanged for as long as the object has it.
+// Threads:   any number of threads may read one string; the hash cache is filled safely. Setters
+//            need the object for themselves.
+// Errors:    setters answer 0, -12 (out of memory) or -38 (no text form) and then leave the string
+//            as it was.
+// No text:   a new string, and one that was released, has no text. It then hashes and compares as
+//            the empty text would, and is equivalent only to itself and to others without text.
+// Layout:    on 32-bit ARM: text 36, length 40, flags 42, cached hash 44, size 48.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include "tarselvalues/core/Export.h"
+#include "tarselvalues/core/lvReferencable.h"
+
+class TARSELVALUES_API lvrString : public lvReferencable {
+ public:
+  static char const strNil[];    // "(NIL)"
+  static char const strNull[];   // "(NULL)"
+  static char const strEmpty[];  // ""
+
+  // How a setter stores a text. 0 borrows the caller's pointer. Any other mode copies the text, and
+  // so does joining several pieces; CopyAndOwn has the copy freed with the string. The modes differ
+  // for a text of no bytes: CopyAndOwnEmpty borrows strEmpty, all others leave the string without
+  // text.
+  // A copy made without bit 1 (modes 0 and 1) counts as borrowed and is never freed.
+  enum Mode : int { Borrow = 0, CopyAndOwn = 2, CopyAndOwnEmpty = 3 };
+
+  // Makes a string without text.
+  lvrString();
+
+  // Returns a new string without text; the caller's first cell takes the first reference.
+  static lvReferencable* defaultCtorMethod();
+
+  // Returns the interned "String".
+  static lvString const& getStaticClassDesc();
+
+  // 1 when the texts are equal. Deliberate: for an object that is no string the answer is the
+  // difference of the addresses, which is not 0, so a caller that takes it for a truth value sees
+  // such objects as equivalent.
+  int equiv(lvReferencable const& other) const override;
+
+  // Hash of the text (see computeHashCode), computed once.
+  unsigned int hashCode() const override;
+
+  // Order of the texts as strcmp() has it. Deliberate: for an object that is no string the answer
+  // is the other address minus this one, in that order.
+  int compareTo(lvReferencable const& other) const override;
+
+  lvString const& getClassDesc() const override;
+
+  // As releaseData().
+  int finalize() override;
+
+  ~lvrString() override;
+
+  // Declaration order is the binary interface: append only, and in derived classes only.
+
+  // Takes the text of a value: "(NIL)" (borrowed) for nil, "%d" of an integer, "%08x" of a raw
+  // address, a copy of another string's text. Integers and addresses from -2048 to 2047 are cached
+  // for getInteger(). Any other value answers -38.
+  virtual int setFrom(lvArg const& value);
+
+  // Returns a cell that references this string.
+  virtual lvArg toString() const;
+
+  // Replaces the text; what it held is freed once the new text is there. `length` -1 means
+  // strlen(text). The text may lie inside the string's own.
+  int setStringData(char const* text, int length, int mode);
+
+  // As setStringData(), but an owned old text is leaked: for strings without text only.
+  int setStringDataFast(char const* text, int length, int mode);
+
+  // Joins `n` pieces. `lengths` is null (every piece is measured) or holds `n` lengths; negative
+  // ones are measured. Deliberate: the measured value is written back into the caller's array.
+  // A null piece counts as empty.
+  int setStringDataFast(int n, char const** pieces, int* lengths, int mode);
+
+  // Frees an owned text; the string has no text then. A borrowed text stays. Returns 0.
+  int releaseData();
+
+  // Returns the number of bytes before the terminating NUL. Of a text of 65535 bytes or more only
+  // the bytes before its first NUL count, and they are counted anew each time.
+  int getLength() const;
+
+  // Returns the length where it is stored, or -1 for a text that a setter has to measure.
+  int getKnownLength() const { return isKnownLength() ? length : -1; }
+
+  // Borrows the text, or null; until the string changes.
+  char const* getText() const { return text; }
+
+  // Reads the text as an integer: the cached one if there is one, else
+  //   -1 without text, 0 for an empty text; leading blanks are skipped; then
+  //   "#T" and "true" are 1, "#F" and "false" are 0, in any case, if they are the whole text (with
+  //   no blank before them); "$ff" and "0xff" are hexadecimal; digits are decimal, what follows
+  //   them is ignored; anything else is -1. Values are cut to the range of int.
+  // Deliberate: a sign is not accepted, so "-5" is -1.
+  int getInteger() const;
+
+  // The hash of `length` bytes: h = 177573 + the first byte, then h = h * 33 + byte over all bytes,
+  // then h + length * 257, with 32-bit wrap-around. Deliberate: from 18 bytes on only the 17 bytes
+  // before the last one are mixed in, so long texts that differ elsewhere may share a hash. For
+  // length 0 the byte at `text` still counts.
+  static unsigned int computeHashCode(char const* text, int length);
+
+  // Whether this is an entry of the table of interned strings.
+  bool isInterned() const { return hasFlag(InternedFlag); }
+
+  // --- For the library itself; not exported -----------------------------------------------------
+
+  // For a new entry of the string table, filed under `hash`.
+  TARSELVALUES_INTERNAL void markInterned(unsigned int hash);
+
+  // Takes `buffer`, which came from malloc and holds `length` bytes and a NUL, over without
+  // copying it. Leaks an owned old text, as the setters ending in Fast do.
+  TARSELVALUES_INTERNAL void adoptBufferFast(char* buffer, std::size_t length);
+
+ private:
+  template <class T>
+  friend struct lvLayoutAccess;
+
+  // Bits of `flags`. Bits 4-15 are the cached integer, signed.
+  enum Flag : std::uint16_t {
+    IntegerFlag = 1,   // the cached integer is valid
+    HashFlag = 2,      // the cached hash is valid
+    InternedFlag = 4,  // an entry of the string table
+    BorrowedFlag = 8,  // the text must not be freed
+    AllFlags = 15,
+  };
+  static constexpr unsigned IntegerShift = 4;
+
+  bool hasFlag(Flag flag) const { return (flags.load(std::memory_order_acquire) & flag) != 0; }
+  bool isKnownLength() const;
+  unsigned int computeOwnHash() const;
+  bool ownsTextAt(char const* address) const;
+  void storeText(char const* newText, std::size_t newLength, bool borrowed);
+  void cacheInteger(std::intptr_t value);
+  int setFormatted(char const* formatted, std::intptr_t value);
+
+  char const* text;
+  std::uint16_t length;  // 65535 means: that or more, to be counted.
+  // Atomic, because hashCode() fills the cache of a string that other threads may be reading.
+  mutable std::atomic<std::uint16_t> flags;
+  mutable std::atomic<std::uint32_t> cachedHash;
+};

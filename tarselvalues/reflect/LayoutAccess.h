@@ -1,0 +1,21 @@
+// Where the fields of the reflection classes lie, for layout checks and tests. Not for users.
+#pragma once
+
+#include <cstddef>
+
+#include "tarselvalues/core/LayoutAccess.h"
+#include "tarselvalues/reflect/lvClass.h"
+#include "tarselvalues/reflect/lvrClass.h"
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"  // All classes here have a fixed layout.
+
+template <>
+struct lvLayoutAccess<lvrClass> {
+  static constexpr std::size_t defaultCtorOffset = offsetof(lvrClass, defaultCtor);
+  static constexpr std::size_t superClassOffset = offsetof(lvrClass, superClass);
+  static constexpr std::size_t classNameOffset = offsetof(lvrClass, className);
+  static constexpr std::size_t reflectionOffset = offsetof(lvrClass, reflection);
+};
+
+#pragma GCC diagnostic pop

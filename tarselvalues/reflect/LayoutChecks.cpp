@@ -1,0 +1,25 @@
+// The layout that compiled programs and debugger scripts rely on.
+
+#include "tarselvalues/reflect/LayoutAccess.h"
+
+namespace {
+
+using Class = lvLayoutAccess<lvrClass>;
+
+constexpr std::size_t pointerSize = sizeof(void*);
+constexpr bool isIlp32 = pointerSize == 4;
+
+static_assert(sizeof(lvClass) == sizeof(lvArg), "handles are passed where cells are taken");
+
+// On every target: the fields in their order.
+static_assert(Class::defaultCtorOffset == sizeof(lvReferencable));
+static_assert(Class::superClassOffset == Class::defaultCtorOffset + pointerSize);
+static_assert(Class::classNameOffset == Class::superClassOffset + sizeof(lvArg));
+static_assert(Class::reflectionOffset == Class::classNameOffset + sizeof(lvArg));
+
+// On 32-bit targets: the numbers themselves.
+static_assert(!isIlp32 || (Class::defaultCtorOffset == 36 && Class::superClassOffset == 40 &&
+                           Class::classNameOffset == 48 && Class::reflectionOffset == 56 &&
+                           sizeof(lvrClass) == 60));
+
+}  // namespace

@@ -1,0 +1,28 @@
+#include "tarselvalues/reflect/lvClass.h"
+
+lvClass::lvClass() { setReferencableFast(*new lvrClass); }
+
+lvClass::lvClass(unsigned int number, lvArg const& name, lvrClass::DefaultCtor* ctor) {
+  setReferencableFast(*new lvrClass(number, name, ctor));
+}
+
+lvClass::lvClass(unsigned int number, lvArg const& name, lvClass const& superclass,
+                 lvrClass::DefaultCtor* ctor) {
+  setReferencableFast(*new lvrClass(number, name, superclass, ctor));
+}
+
+lvClass::lvClass(lvArg const& value) {
+  if (value.getType() == ClassType) {
+    assignFast(value);
+  }
+}
+
+lvArg lvClass::getClassDesc() const {
+  lvArg name;
+  if (lvrClass const* const described = getClass()) {
+    described->getClassName(name);
+  }
+  return name;
+}
+
+lvrClass* lvClass::getClass() const { return dynamic_cast<lvrClass*>(getReferencable()); }

@@ -1,0 +1,85 @@
+// lvrCommonSerializer: writes value trees to a sink and builds them from a source.
+//
+// Writing: nil, integers, raw addresses and strings go to the sink as they are; maps and vectors
+// are walked; any other object is written through its class descriptor. Reading reverses this.
+// There is no record of objects already visited: a shared object is written once for every
+// reference to it and read back as separate copies, and a cycle is not detected (the text writer
+// ends one at its 32nd level).
+//
+// Ownership: objects that are read belong to the cells that they are read into.
+// Threads:   no state; any thread, with a sink or source of its own.
+// Errors:    the status values below, or what the sink or source answered. Problems of a class are
+//            also named on standard output. Out of memory is std::bad_alloc.
+// Example:   README.md, "A first program" (through lvToolsToString and lvToolsFromString)
+#pragma once
+
+#include "tarselvalues/containers/lvHashMap.h"
+#include "tarselvalues/containers/lvVector.h"
+#include "tarselvalues/core/Export.h"
+#include "tarselvalues/core/lvReferencable.h"
+#include "tarselvalues/serial/lvArgDest.h"
+#include "tarselvalues/serial/lvArgSource.h"
+
+class TARSELVALUES_API lvrCommonSerializer : public lvReferencable {
+ public:
+  // Status values, besides 0 for success. Compiled programs rely on the numbers.
+  enum : int {
+    CS_ERR_FAILED = -1,  // the sink refused a level, or a frame is of a kind that does not fit
+    CS_ERR_SOURCE = -2,  // an error of the value was reported with sourceError()
+    CS_ERR_UNKNOWN_CLASS_KEY = -4,  // the class named in the input is not registered
+    CS_ERR_NO_CLASS_CTOR = -5,      // the class makes no default object
+    CS_ERR_REF_SETUP_ERROR = -6,    // a field of the new object could not be set
+  };
+
+  // Returns the interned "CommonSerializer".
+  static lvString const& getStaticClassDesc();
+
+  lvrCommonSerializer();
+  lvString const& getClassDesc() const override;
+  int finalize() override;
+  ~lvrCommonSerializer() override;
+
+  // --- Writing ----------------------------------------------------------------------------------
+
+  // Writes one value of any kind. What has no form of its own is written as nil.
+  int serializeAtomInto(lvArgDest& dest, lvArg const& value);
+
+  // Writes one entry of a map.
+  int serializeTupleInto(lvArgDest& dest, lvArg const& key, lvArg const& value);
+
+  // Write what a cell of MapType or ListType holds; -2 unless that is a map or an lvrVector (other
+  // lists are refused).
+  // Deliberate: when an element fails the level is aborted and left, and the answer is 0 if leaving
+  // works. The text writer closes such a level twice.
+  int serializeMapInto(lvArgDest& dest, lvArg const& value);
+  int serializeVectorInto(lvArgDest& dest, lvArg const& value);
+
+  // Writes an object through its class; -2 if nobody registered that.
+  int serializeReferencableInto(lvArgDest& dest, lvArg const& value);
+
+  // --- Reading ----------------------------------------------------------------------------------
+  // 7 (end of frame) and 9 (end of input) of the source are handed on. `out` is only set on 0.
+
+  // Reads every item up to the end of the input, or of a frame that was open, into a new vector.
+  int deserializeInto(lvArg& out, lvArgSource& src);
+
+  // Reads one item, with all that is in it when a frame begins.
+  int deserializeItemInto(lvArg& out, lvArgSource& src);
+
+  // Reads the rest of a frame of this kind. A frame that the input does not close is complete all
+  // the same.
+  int deserializeFrameInto(lvArg& out, lvArgSource& src, lvArg const& kind);
+
+  // Reads the rest of a tuple: the first item is the key, the second the value, others are dropped.
+  // Missing ones are nil. Always 0.
+  int deserializeTupleInto(lvArg& key, lvArg& value, lvArgSource& src);
+
+  // Read the rest of a frame into what is there already. Items that fail, items outside of a tuple,
+  // and elements beyond a vector's limit are dropped; -1 for another frame than a tuple in a map,
+  // and for a handle that holds no map or no list.
+  int deserializeMapContentsInto(lvHashMap& map, lvArgSource& src);
+  int deserializeVectorContentsInto(lvVector& vector, lvArgSource& src);
+
+  // Reads the rest of an object of the named class.
+  int deserializeReferencableContentsInto(lvArg& out, lvArg const& className, lvArgSource& src);
+};

@@ -1,0 +1,331 @@
+#include "tarselvalues/serial/lvtStringArgDest.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+
+#include "tarselvalues/core/lvrString.h"
+#include "tarselvalues/reflect/lvClass.h"
+#include "tarselvalues/serial/TextSyntax.h"
+
+namespace {
+
+constexpr int NoRoom = -1;
+
+constexpr int LeastPutRoom = 2;
+constexpr int NilRoom = 4;
+constexpr int LeaveRoom = 2;
+constexpr int UnsizedEnterRoom = 1;
+constexpr int SizedEnterRoom = 15;
+constexpr int EscapeRoom = 4;    // what an escaped byte asks for,
+constexpr int EscapeLength = 3;  // and what it takes
+
+bool isIdentifier(char const* text, int length) {
+  return length > 0 && tarselvalues::startsWord(*text) &&
+         std::all_of(text + 1, text + length, tarselvalues::continuesWord);
+}
+
+// The colon has no meaning in the format and is escaped all the same, deliberately.
+bool needsEscape(unsigned char c) { return c < 32 || c == 127 || c == '"' || c == '%' || c == ':'; }
+
+}  // namespace
+
+lvtStringArgDest::lvtStringArgDest(char* buf, int size) : lvtStringArgDest() {
+  lvtStringArgDest::setStringBuffer(buf, size);
+}
+
+lvtStringArgDest::lvtStringArgDest()
+    : buffer(nullptr), capacity(0), length(0), flags(0), depth(0), levelKinds(0) {
+  lvtStringArgDest::initOnce();
+  lvtStringArgDest::init();
+}
+
+lvtStringArgDest::~lvtStringArgDest() { lvtStringArgDest::cleanup(); }
+
+// ---- Set-up ------------------------------------------------------------------------------------
+
+void lvtStringArgDest::setFlag(Flag flag, bool on) {
+  flags = static_cast<std::uint16_t>(on ? flags | unsigned{flag} : flags & ~unsigned{flag});
+}
+
+void lvtStringArgDest::setStringBuffer(char* buf, int size) {
+  int const usable = std::max(size, 0);
+  bool const owned = buf == nullptr || (hasFlag(OwnsBuffer) && buf == buffer);
+  // Made before the old one goes: without memory everything stays as it was.
+  char* const target = owned ? new char[static_cast<std::size_t>(usable)] : buf;
+  cleanup();
+  init();
+  buffer = target;
+  capacity = usable;
+  length = 0;
+  setFlag(OwnsBuffer, owned);
+}
+
+int lvtStringArgDest::initOnce() {
+  setFlag(OwnsBuffer, false);
+  setFlag(TransferSizes, false);
+  setFlag(BareWords, true);
+  return 0;
+}
+
+int lvtStringArgDest::init() {
+  setFlag(SeparatorPending, false);
+  depth = 0;
+  levelKinds = 0;
+  return 0;
+}
+
+int lvtStringArgDest::cleanup() {
+  if (hasFlag(OwnsBuffer)) {
+    delete[] buffer;
+    buffer = nullptr;
+    capacity = 0;
+    length = 0;
+    setFlag(OwnsBuffer, false);
+  }
+  return 0;
+}
+
+int lvtStringArgDest::cleanupOnce() { return 0; }
+
+int lvtStringArgDest::setStringOffset(int offset) {
+  if (offset < 0 || offset >= capacity) {
+    return NoRoom;
+  }
+  length = offset;
+  return 0;
+}
+
+void lvtStringArgDest::setTransferSizes(bool on) { setFlag(TransferSizes, on); }
+
+void lvtStringArgDest::omitSeparator() { setFlag(SeparatorPending, false); }
+
+// ---- Levels ------------------------------------------------------------------------------------
+
+int lvtStringArgDest::pushMapStack(bool tuple) {
+  if (depth >= MaxDepth) {
+    return NoRoom;
+  }
+  std::uint32_t const bit = std::uint32_t{1} << depth;
+  levelKinds = tuple ? levelKinds | bit : levelKinds & ~bit;
+  ++depth;
+  return 0;
+}
+
+bool lvtStringArgDest::peekMapStack() const {
+  return depth > 0 && ((levelKinds >> (depth - 1)) & 1U) != 0;
+}
+
+bool lvtStringArgDest::popMapStack() {
+  bool const tuple = peekMapStack();
+  if (depth > 0) {
+    --depth;
+  }
+  return tuple;
+}
+
+int lvtStringArgDest::enter(lvArg const& kind, int size) {
+  int const needed =
+      size < 0 ? UnsizedEnterRoom : SizedEnterRoom + (hasFlag(SeparatorPending) ? 1 : 0);
+  if (roomBeforeNul() < needed) {
+    return ROOM_ERROR;
+  }
+  bool const tuple = kind.getType() == lvArg::IntType && kind.getInt() == TupleFrame;
+  separate();
+  if (kind.getType() == lvArg::ClassType) {
+    writeObjectName(kind);
+    if (length >= capacity) {  // The name took the bracket's place.
+      return ROOM_ERROR;
+    }
+  }
+  if (pushMapStack(tuple) != 0) {
+    return ROOM_ERROR;
+  }
+  append(tuple ? '(' : '{');
+  if (size >= 0 && hasFlag(TransferSizes)) {
+    writeSize(size);
+  }
+  setFlag(SeparatorPending, false);
+  return 0;
+}
+
+// Writes what stands between two elements of the innermost level.
+void lvtStringArgDest::separate() {
+  if (hasFlag(SeparatorPending)) {
+    append(peekMapStack() ? '=' : ',');
+  }
+  setFlag(SeparatorPending, true);
+}
+
+void lvtStringArgDest::writeObjectName(lvArg const& kind) {
+  append('*');
+  setFlag(SeparatorPending, false);
+  putArg(lvClass(kind).getClassDesc());
+  setFlag(SeparatorPending, true);
+}
+
+void lvtStringArgDest::writeSize(int size) {
+  char digits[12];
+  char* end = digits;
+  int room = sizeof(digits);
+  outputInteger(&end, &room, size);
+  auto const count = static_cast<int>(end - digits);
+  if (capacity - length >= count + 2) {  // The name of an object may have taken the room.
+    append('[');
+    std::memcpy(buffer + length, digits, static_cast<std::size_t>(count));
+    length += count;
+    append(']');
+  }
+}
+
+int lvtStringArgDest::leave() {
+  if (capacity - length < LeaveRoom) {
+    return ROOM_ERROR;
+  }
+  append(popMapStack() ? ')' : '}');
+  setFlag(SeparatorPending, true);
+  return 0;
+}
+
+int lvtStringArgDest::abortLevel() {
+  leave();
+  return 0;
+}
+
+int lvtStringArgDest::sourceError(sourceError_t /*error*/) { return 0; }
+
+int lvtStringArgDest::terminate() {
+  if (length < capacity) {
+    buffer[length] = '\0';
+  }
+  return 0;
+}
+
+// ---- Scalars -----------------------------------------------------------------------------------
+// The room that decides is the one before the separator was written. So an element that just fits
+// behind a separator takes the byte kept for the NUL.
+
+int lvtStringArgDest::putArg(lvArg const& value) {
+  int const room = roomBeforeNul();
+  if (room < LeastPutRoom) {
+    return ROOM_ERROR;
+  }
+  separate();
+  if (value.getType() == lvArg::IntType) {
+    return putInteger(value.getInt(), room);
+  }
+  if (value.getType() == lvArg::StringType && value.getReferencable() != nullptr) {
+    auto const& string = static_cast<lvrString const&>(*value.getReferencable());
+    return string.getText() != nullptr ? putString(string.getText(), string.getLength(), room)
+                                       : putString(lvrString::strEmpty, 0, room);
+  }
+  return putNil(room);
+}
+
+int lvtStringArgDest::putInteger(int value, int room) {
+  char* cursor = buffer + length;
+  int const status = outputInteger(&cursor, &room, value);
+  length = static_cast<std::int32_t>(cursor - buffer);
+  return status;
+}
+
+int lvtStringArgDest::putString(char const* text, int textLength, int room) {
+  if (textLength >= room - 1) {
+    return ROOM_ERROR;
+  }
+  if (hasFlag(BareWords) && isIdentifier(text, textLength)) {
+    std::memcpy(buffer + length, text, static_cast<std::size_t>(textLength));
+    length += textLength;
+    return 0;
+  }
+  append('"');
+  char* cursor = buffer + length;
+  int quotedRoom = room - 1;
+  outputQuotedString(&cursor, &quotedRoom, text, -1);
+  if (cursor == buffer + capacity) {
+    // Behind a separator the escapes took the closing quote's place. The byte that filled the room
+    // is a plain one, since an escape leaves room for one more.
+    --cursor;
+  }
+  *cursor++ = '"';
+  length = static_cast<std::int32_t>(cursor - buffer);
+  return 0;
+}
+
+int lvtStringArgDest::putNil(int room) {
+  if (room < NilRoom) {
+    return ROOM_ERROR;
+  }
+  std::memcpy(buffer + length, "#nil", NilRoom);
+  length += NilRoom;
+  return 0;
+}
+
+int lvtStringArgDest::outputInteger(char** cursor, int* room, int value) {
+  char digits[11];  // "-2147483648"
+  char* const end = digits + sizeof(digits);
+  char* first = end;
+  std::uint32_t magnitude = static_cast<std::uint32_t>(value);
+  if (value < 0) {
+    magnitude = 0 - magnitude;
+  }
+  do {
+    *--first = static_cast<char>('0' + magnitude % 10);
+    magnitude /= 10;
+  } while (magnitude != 0);
+  if (value < 0) {
+    *--first = '-';
+  }
+  auto const count = static_cast<int>(end - first);
+  if (*room < count) {
+    return ROOM_ERROR;
+  }
+  std::memcpy(*cursor, first, static_cast<std::size_t>(count));
+  *cursor += count;
+  *room -= count;
+  return 0;
+}
+
+int lvtStringArgDest::outputQuotedString(char** cursor, int* room, char const* text, int count) {
+  static constexpr char hexDigits[] = "0123456789ABCDEF";
+  int left = count < 0 ? INT_MAX : count;
+  for (; left > 0 && *text != '\0' && *room > 0; ++text, --left) {
+    auto const c = static_cast<unsigned char>(*text);
+    if (!needsEscape(c)) {
+      *(*cursor)++ = *text;
+      --*room;
+      continue;
+    }
+    if (*room < EscapeRoom) {
+      return ROOM_ERROR;
+    }
+    *(*cursor)++ = '%';
+    *(*cursor)++ = hexDigits[c >> 4];
+    *(*cursor)++ = hexDigits[c & 15];
+    *room -= EscapeLength;
+  }
+  return 0;
+}
+
+int lvtStringArgDest::insertChar(int c) {
+  if (length >= capacity) {
+    return NoRoom;
+  }
+  append(static_cast<char>(c));
+  return 0;
+}
+
+int lvtStringArgDest::insertString(char const* text, int count) {
+  if (text == nullptr) {
+    count = 0;
+  }
+  std::size_t const bytes = count < 0 ? std::strlen(text) : static_cast<std::size_t>(count);
+  if (length >= capacity || bytes >= static_cast<std::size_t>(capacity - length)) {
+    return NoRoom;
+  }
+  if (bytes != 0) {
+    std::memcpy(buffer + length, text, bytes);
+    length += static_cast<std::int32_t>(bytes);
+  }
+  return 0;
+}

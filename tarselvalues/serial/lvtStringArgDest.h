@@ -1,0 +1,137 @@
+// lvtStringArgDest: the text writer, a sink that writes the text format into a buffer of fixed
+// size.
+//
+// It never grows its buffer: what does not fit is answered with ROOM_ERROR, and what was written
+// before stays. It keeps a stack of up to 32 open levels, so that it knows which separator and
+// which bracket to write. One byte of the buffer is kept free for the NUL of terminate(), but the
+// last element written may take it: the length may reach the capacity, and never passes it.
+//
+//   char text[256];
+//   lvtStringArgDest writer(text, sizeof(text));
+//   writer.putArg(value);
+//   writer.terminate();
+//
+// Ownership: an adopted buffer stays the caller's and must outlive its use; one that the writer
+//            made is freed by cleanup() and by the destructor.
+// Threads:   one thread at a time per writer.
+// Errors:    ROOM_ERROR, or -1 where named. Nothing but setStringBuffer(null, n) allocates.
+// Layout:    on 32-bit ARM: buffer 4, capacity 8, length 12, flags 16, depth 18, level kinds 20,
+//            size 24.
+#pragma once
+
+#include <cstdint>
+
+#include "tarselvalues/core/Export.h"
+#include "tarselvalues/serial/lvArgDest.h"
+
+class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
+ public:
+  // The status of whatever does not fit.
+  static constexpr int ROOM_ERROR = -3072;
+
+  // The most levels that can be open.
+  static constexpr int MaxDepth = 32;
+
+  // Writes into the caller's buffer, as setStringBuffer() has it.
+  lvtStringArgDest(char* buf, int size);
+  // Has no buffer: everything answers ROOM_ERROR or -1 until setStringBuffer() is called.
+  lvtStringArgDest();
+  ~lvtStringArgDest() override;
+
+  // Declaration order is the binary interface: append only, and in derived classes only.
+
+  // Stores a NUL after the text, if the buffer has a byte left. The length stays. Returns 0.
+  int terminate() override;
+  // Opens a level: "(" for a tuple, "{" for anything else, after "*" and the class name for an
+  // object. A `size` that is not negative demands 15 bytes of room, whether or not it is written;
+  // keeping the figure keeps where texts are cut. ROOM_ERROR for a 33rd level too, with what was
+  // written before the bracket left in place.
+  int enter(lvArg const& kind, int size) override;
+  // Closes the innermost level. ROOM_ERROR, with nothing changed, when fewer than 2 bytes are left.
+  int leave() override;
+  // As leave(), through the virtual function, but always returns 0. The elements written stay.
+  int abortLevel() override;
+  // Ignored: the text carries no mark of it. Returns 0.
+  int sourceError(sourceError_t error) override;
+  // Writes an integer, a string (bare if it is an identifier and that is allowed, else quoted), or
+  // "#nil" for anything else. Needs 2 bytes of room. On ROOM_ERROR a separator may have been
+  // written. A string that only escaping makes too long is cut, closed with its quote, and answers
+  // 0.
+  int putArg(lvArg const& value) override;
+  // Starts a new text in `buf`; with null, in a new buffer of `size` bytes that the writer owns
+  // (as it does when it is given the buffer that it owns). A buffer owned before is freed.
+  void setStringBuffer(char* buf, int size) override;
+  // Forgets open levels and the separator; the text stays. Returns 0.
+  int init() override;
+  // Sets the settings of a new writer: bare words, no size prefixes, no buffer of its own (one that
+  // it owned is the caller's from then on, to be freed with delete[]). Returns 0.
+  int initOnce() override;
+  // Frees the buffer if the writer owns it. Returns 0.
+  int cleanup() override;
+  // Does nothing. Returns 0.
+  int cleanupOnce() override;
+
+  // Borrow what was written; not NUL-terminated before terminate().
+  char const* getStringData() const { return buffer; }
+  int getStringLength() const { return length; }
+
+  // Moves the place where the next byte goes; -1 unless 0 <= offset < capacity.
+  int setStringOffset(int offset);
+
+  // Whether frames are opened with "[size]". The parser does not understand it: such text is for
+  // other readers. Off in a new writer.
+  void setTransferSizes(bool on);
+
+  // The next element gets no separator.
+  void omitSeparator();
+
+  // Writes `value` in decimal at *cursor, advances it and lowers *room; ROOM_ERROR, with nothing
+  // written, if *room is too small.
+  int outputInteger(char** cursor, int* room, int value);
+
+  // Writes up to `count` bytes of `text` (negative: all) up to a NUL, escaped, without quotes.
+  // Stops when *room reaches 0 and returns 0; an escaped byte needs 4 bytes of room and stops with
+  // ROOM_ERROR where there are fewer.
+  int outputQuotedString(char** cursor, int* room, char const* text, int count);
+
+  // The stack of open levels: -1 when it is full; the kind is true for a tuple level, and false
+  // when no level is open.
+  int pushMapStack(bool tuple);
+  bool peekMapStack() const;
+  bool popMapStack();
+
+  // Append as they stand; -1 when they do not fit. insertChar() may take the buffer's last byte,
+  // insertString() leaves one free. A negative `count` measures; a null text counts as empty.
+  int insertChar(int c);
+  int insertString(char const* text, int count);
+
+ private:
+  template <class T>
+  friend struct lvLayoutAccess;
+
+  // Bits of `flags`.
+  enum Flag : std::uint16_t {
+    OwnsBuffer = 1,
+    TransferSizes = 2,
+    SeparatorPending = 4,  // the innermost level has an element already
+    BareWords = 8,
+  };
+
+  bool hasFlag(Flag flag) const { return (flags & flag) != 0; }
+  void setFlag(Flag flag, bool on);
+  int roomBeforeNul() const { return capacity - length - 1; }
+  void append(char c) { buffer[length++] = c; }
+  void separate();
+  void writeObjectName(lvArg const& kind);
+  void writeSize(int size);
+  int putInteger(int value, int room);
+  int putString(char const* text, int textLength, int room);
+  int putNil(int room);
+
+  char* buffer;
+  std::int32_t capacity;
+  std::int32_t length;
+  std::uint16_t flags;
+  std::uint8_t depth;
+  std::uint32_t levelKinds;  // bit i: level i (0 is the outermost) is a tuple
+};

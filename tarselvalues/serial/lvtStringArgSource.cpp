@@ -1,0 +1,400 @@
+#include "tarselvalues/serial/lvtStringArgSource.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "tarselvalues/core/lvrString.h"
+#include "tarselvalues/serial/TextSyntax.h"
+#include "tarselvalues/serial/lvArgDest.h"
+
+namespace {
+
+using tarselvalues::continuesWord;
+using tarselvalues::isBlank;
+using tarselvalues::isDigit;
+using tarselvalues::isHexDigit;
+using tarselvalues::startsWord;
+
+constexpr int Measure = -1;
+constexpr int OutOfRange = -1;
+
+// What a step of the state machine answers when it has no result yet.
+constexpr int ReadOn = -1;
+
+constexpr char Punctuation[] = "#()*,-=[]{}";
+
+// Strings of up to this many bytes are unescaped on the stack.
+constexpr std::size_t LocalSize = 500;
+
+unsigned hexValue(char digit) {
+  return static_cast<unsigned>(isDigit(digit) ? digit - '0' : (digit | 0x20) - 'a' + 10);
+}
+
+// What an escaped character stands for.
+char translate(char c) {
+  switch (c) {
+    case 'n':
+      return '\n';
+    case 't':
+      return '\t';
+    case 'r':
+      return '\r';
+    default:
+      return c;
+  }
+}
+
+// Returns a cell with a new string of its own.
+lvArg makeString(char const* bytes, std::size_t count) {
+  auto* const string = new lvrString;
+  lvArg cell(*string);
+  if (string->setStringDataFast(bytes, static_cast<int>(count), lvrString::CopyAndOwnEmpty) != 0) {
+    throw std::bad_alloc();
+  }
+  return cell;
+}
+
+}  // namespace
+
+// ---- Set-up ------------------------------------------------------------------------------------
+
+lvtStringArgSource::lvtStringArgSource()
+    : length(0),
+      offset(0),
+      text(nullptr),
+      state(ItemAfterSeparator),
+      flags(0),
+      errorCount(0),
+      lastToken(TOKEN_END) {
+  initOnce();
+  initParse();
+}
+
+lvtStringArgSource::lvtStringArgSource(char const* newText, int newLength) : lvtStringArgSource() {
+  setSource(newText, newLength);
+}
+
+lvtStringArgSource::lvtStringArgSource(lvString const& newText) : lvtStringArgSource() {
+  setSource(newText);
+}
+
+lvtStringArgSource::~lvtStringArgSource() = default;
+
+int lvtStringArgSource::initOnce() { return 0; }
+
+int lvtStringArgSource::initParse() {
+  state = ItemAfterSeparator;
+  flags = 0;
+  tokenValue.setNil();
+  pendingClassName.setNil();
+  return 0;
+}
+
+int lvtStringArgSource::setSource(char const* newText, int newLength) {
+  initParse();
+  text = newText;
+  length = newLength == Measure && newText != nullptr ? static_cast<int>(std::strlen(newText))
+                                                      : newLength;
+  offset = 0;
+  sourceString.setNil();
+  return 0;
+}
+
+int lvtStringArgSource::setSource(lvString const& newText) {
+  initParse();
+  sourceString = newText;
+  text = newText;
+  length = newText.length();
+  offset = 0;
+  return 0;
+}
+
+int lvtStringArgSource::setParseOffset(int newOffset) {
+  if (newOffset > length) {
+    return OutOfRange;
+  }
+  offset = newOffset;
+  return 0;
+}
+
+// ---- Tokens ------------------------------------------------------------------------------------
+
+bool lvtStringArgSource::hasByte(std::int32_t position) const {
+  return text != nullptr && position >= 0 && position < length;
+}
+
+int lvtStringArgSource::getNextToken(lvArg& out) {
+  while (hasByte(offset) && isBlank(text[offset])) {
+    ++offset;
+  }
+  if (!hasByte(offset)) {
+    return TOKEN_END;
+  }
+  if (startsWord(text[offset])) {
+    return readWord(out);
+  }
+  if (isDigit(text[offset])) {
+    return readNumber(out);
+  }
+  if ((flags & ImpliedQuote) != 0) {
+    return readQuoted(offset, out);
+  }
+  if (text[offset] == '"') {
+    return readQuoted(offset + 1, out);
+  }
+  return readPunctuation();
+}
+
+int lvtStringArgSource::readPunctuation() {
+  char const c = text[offset++];
+  // A NUL byte would be found behind the last of them.
+  return c != '\0' && std::strchr(Punctuation, c) != nullptr ? c : int{TOKEN_UNKNOWN};
+}
+
+int lvtStringArgSource::readWord(lvArg& out) {
+  std::int32_t end = offset;
+  while (hasByte(end) && continuesWord(text[end])) {
+    ++end;
+  }
+  out = makeString(text + offset, static_cast<std::size_t>(end - offset));
+  offset = end;
+  return TOKEN_STRING;
+}
+
+int lvtStringArgSource::readNumber(lvArg& out) {
+  std::uint32_t value = 0;
+  bool overflow = false;
+  for (; hasByte(offset) && isDigit(text[offset]); ++offset) {
+    std::uint32_t const next = value * 10 + static_cast<std::uint32_t>(text[offset] - '0');
+    overflow = overflow || next < value;
+    value = next;
+  }
+  if (overflow) {
+    out.setNil();
+    return TOKEN_OVERFLOW;
+  }
+  out.setInt(static_cast<int>(value));
+  return TOKEN_INTEGER;
+}
+
+// One step through a quoted string: the byte that it yields, if any, and where to go on.
+struct lvtStringArgSource::Unescaped {
+  std::int32_t next;
+  char byte;
+  bool yields;
+};
+
+bool lvtStringArgSource::endsString(std::int32_t position) const {
+  return !hasByte(position) || text[position] == '"' || text[position] == '\0';
+}
+
+lvtStringArgSource::Unescaped lvtStringArgSource::unescape(std::int32_t position) const {
+  char const c = text[position];
+  if ((c != '\\' && c != '%') || !hasByte(position + 1)) {
+    return {position + 1, c, true};
+  }
+  char const escaped = text[position + 1];
+  if (c == '\\' || !isHexDigit(escaped)) {
+    return {position + 2, translate(escaped), true};
+  }
+  unsigned value = hexValue(escaped);
+  std::int32_t next = position + 2;
+  if (hasByte(next) && isHexDigit(text[next])) {
+    value = value * 16 + hexValue(text[next]);
+    ++next;
+  }
+  return {next, static_cast<char>(value), value != 0};
+}
+
+// Returns how many bytes the rest of the string yields.
+std::size_t lvtStringArgSource::countUnescaped(std::int32_t position) const {
+  std::size_t count = 0;
+  while (!endsString(position)) {
+    Unescaped const unit = unescape(position);
+    count += unit.yields ? 1 : 0;
+    position = unit.next;
+  }
+  return count;
+}
+
+int lvtStringArgSource::readQuoted(std::int32_t position, lvArg& out) {
+  char local[LocalSize];
+  std::unique_ptr<char, void (*)(void*)> heap(nullptr, std::free);
+  char* bytes = local;
+  std::size_t count = 0;
+  while (!endsString(position)) {
+    Unescaped const unit = unescape(position);
+    if (unit.yields) {
+      if (count == LocalSize && heap == nullptr) {
+        heap.reset(static_cast<char*>(std::malloc(count + countUnescaped(position) + 1)));
+        if (heap == nullptr) {
+          throw std::bad_alloc();
+        }
+        std::memcpy(heap.get(), local, count);
+        bytes = heap.get();
+      }
+      bytes[count++] = unit.byte;
+    }
+    position = unit.next;
+  }
+  if (heap == nullptr) {
+    out = makeString(local, count);
+  } else {
+    auto* const string = new lvrString;
+    heap.get()[count] = '\0';
+    string->adoptBufferFast(heap.release(), count);
+    out.setReferencable(*string);
+  }
+  bool const closed = hasByte(position) && text[position] == '"';
+  offset = closed ? position + 1 : position;
+  flags = static_cast<std::uint8_t>(flags & ~unsigned{ImpliedQuote});
+  return TOKEN_STRING;
+}
+
+// ---- Items -------------------------------------------------------------------------------------
+
+int lvtStringArgSource::getArg(lvArg& out) {
+  int result = ReadOn;
+  while (result == ReadOn) {
+    result = state == UsedUp ? int{SOURCE_END} : step(readToken(), out);
+  }
+  return result;
+}
+
+// Returns the next token, or the last one again if it was pushed back.
+int lvtStringArgSource::readToken() {
+  if ((flags & PushedBack) != 0) {
+    flags = static_cast<std::uint8_t>(flags & ~unsigned{PushedBack});
+  } else {
+    lastToken = getNextToken(tokenValue);
+  }
+  return lastToken;
+}
+
+int lvtStringArgSource::skip() {
+  ++errorCount;
+  return ReadOn;
+}
+
+int lvtStringArgSource::readOnAs(State next) {
+  state = next;
+  return ReadOn;
+}
+
+int lvtStringArgSource::answer(int result, State next) {
+  state = next;
+  return result;
+}
+
+int lvtStringArgSource::step(int token, lvArg& out) {
+  switch (state) {
+    case ItemAfterSeparator:
+      if (token == ')' || token == '}') {
+        ++errorCount;
+      }
+      return stepAtItem(token, out);
+    case Item:
+      return stepAtItem(token, out);
+    case AfterMinus:
+      return stepAfterMinus(token, out);
+    case AfterHash:  // Whatever the token is, the end of the input included.
+      out.setNil();
+      return answer(SOURCE_ITEM, AfterItem);
+    case AfterBrace:
+      return stepAfterBrace(token, out);
+    case TupleOpens:
+      out.setInt(lvArgDest::TupleFrame);
+      return answer(SOURCE_FRAME_BEGIN, Item);
+    case AfterStar:
+      if (token == TOKEN_END) {
+        return answer(SOURCE_END, UsedUp);
+      }
+      pendingClassName = tokenValue;
+      return readOnAs(ClassNameRead);
+    case ClassNameRead:
+      return stepAtClassName(token, out);
+    case AfterItem:
+      return stepAfterItem(token, out);
+    default:
+      return SOURCE_END;
+  }
+}
+
+int lvtStringArgSource::stepAtItem(int token, lvArg& out) {
+  switch (token) {
+    case '#':
+      return readOnAs(AfterHash);
+    case '(':
+      pushBack();
+      return readOnAs(TupleOpens);
+    case ')':
+    case '}':
+      return answer(SOURCE_FRAME_END, AfterItem);
+    case '*':
+      return readOnAs(AfterStar);
+    case ',':
+    case '=':
+      out.setNil();
+      return answer(SOURCE_ITEM, Item);
+    case '-':
+      return readOnAs(AfterMinus);
+    case '{':
+      return readOnAs(AfterBrace);
+    case TOKEN_END:
+      return answer(SOURCE_END, UsedUp);
+    case TOKEN_INTEGER:
+    case TOKEN_STRING:
+      out = tokenValue;
+      return answer(SOURCE_ITEM, AfterItem);
+    default:
+      return skip();
+  }
+}
+
+int lvtStringArgSource::stepAfterMinus(int token, lvArg& out) {
+  if (token != TOKEN_INTEGER) {
+    pushBack();
+    state = Item;
+    return skip();
+  }
+  out.setInt(static_cast<int>(0 - static_cast<std::uint32_t>(tokenValue.getInt())));
+  return answer(SOURCE_ITEM, AfterItem);
+}
+
+// The one token after "{" tells a map from a vector.
+int lvtStringArgSource::stepAfterBrace(int token, lvArg& out) {
+  pushBack();
+  bool const map = token == '(';
+  out.setInt(map ? lvArgDest::MapFrame : lvArgDest::VectorFrame);
+  return answer(SOURCE_FRAME_BEGIN, map ? TupleOpens : Item);
+}
+
+int lvtStringArgSource::stepAtClassName(int token, lvArg& out) {
+  if (token == TOKEN_END) {
+    return answer(SOURCE_END, UsedUp);
+  }
+  if (token != '{') {
+    return skip();
+  }
+  out = std::move(pendingClassName);
+  return answer(SOURCE_FRAME_BEGIN, Item);
+}
+
+int lvtStringArgSource::stepAfterItem(int token, lvArg& out) {
+  switch (token) {
+    case ')':
+    case '}':
+      out.setNil();
+      return SOURCE_FRAME_END;
+    case ',':
+    case '=':
+      return readOnAs(ItemAfterSeparator);
+    case TOKEN_END:
+      return answer(SOURCE_END, UsedUp);
+    default:
+      return skip();
+  }
+}

@@ -1,0 +1,11 @@
+# Fails when a *Test.cpp below FOLDER is not among the REGISTERED sources (paths below FOLDER).
+cmake_minimum_required(VERSION 3.25)
+file(GLOB_RECURSE found RELATIVE "${FOLDER}" "${FOLDER}/*Test.cpp")
+if(NOT found)
+  message(FATAL_ERROR "no test files below ${FOLDER}")
+endif()
+foreach(file IN LISTS found)
+  if(NOT file IN_LIST REGISTERED)
+    message(SEND_ERROR "${file} is built by no test program")
+  endif()
+endforeach()
