@@ -16,50 +16,50 @@
 
 template <>
 struct lvLayoutAccess<lvArg> {
-  static constexpr std::size_t tagWordOffset = offsetof(lvArg, tagWord);
-  static constexpr std::size_t payloadOffset = offsetof(lvArg, payload);
-  static std::uint32_t& tagWord(lvArg& cell) { return cell.tagWord; }
-  static std::uint32_t tagWord(lvArg const& cell) { return cell.tagWord; }
-  static std::uintptr_t& payload(lvArg& cell) { return cell.payload; }
+  static constexpr std::size_t tagWordOffset = offsetof(lvArg, tagWord_);
+  static constexpr std::size_t payloadOffset = offsetof(lvArg, payload_);
+  static std::uint32_t& tagWord(lvArg& cell) { return cell.tagWord_; }
+  static std::uint32_t tagWord(lvArg const& cell) { return cell.tagWord_; }
+  static std::uintptr_t& payload(lvArg& cell) { return cell.payload_; }
 };
 
 template <>
 struct lvLayoutAccess<lvReferencable> {
-  static constexpr std::size_t typeByteOffset = offsetof(lvReferencable, typeByte);
-  static constexpr std::size_t countOffset = offsetof(lvReferencable, count);
-  static constexpr std::size_t mutexOffset = offsetof(lvReferencable, mutex);
-  static std::uint8_t typeByte(lvReferencable const& object) { return object.typeByte; }
-  static void setTypeByte(lvReferencable& object, std::uint8_t byte) { object.typeByte = byte; }
-  static int count(lvReferencable const& object) { return object.count; }
-  static pthread_mutex_t& mutex(lvReferencable const& object) { return object.mutex; }
+  static constexpr std::size_t typeByteOffset = offsetof(lvReferencable, typeByte_);
+  static constexpr std::size_t countOffset = offsetof(lvReferencable, count_);
+  static constexpr std::size_t mutexOffset = offsetof(lvReferencable, mutex_);
+  static std::uint8_t typeByte(lvReferencable const& object) { return object.typeByte_; }
+  static void setTypeByte(lvReferencable& object, std::uint8_t byte) { object.typeByte_ = byte; }
+  static int count(lvReferencable const& object) { return object.count_; }
+  static pthread_mutex_t& mutex(lvReferencable const& object) { return object.mutex_; }
 };
 
 template <>
 struct lvLayoutAccess<lvrString> {
-  static constexpr std::size_t textOffset = offsetof(lvrString, text);
-  static constexpr std::size_t lengthOffset = offsetof(lvrString, length);
-  static constexpr std::size_t flagsOffset = offsetof(lvrString, flags);
-  static constexpr std::size_t cachedHashOffset = offsetof(lvrString, cachedHash);
-  static unsigned length(lvrString const& string) { return string.length; }
-  static unsigned flags(lvrString const& string) { return string.flags; }
-  static unsigned cachedHash(lvrString const& string) { return string.cachedHash; }
+  static constexpr std::size_t textOffset = offsetof(lvrString, text_);
+  static constexpr std::size_t lengthOffset = offsetof(lvrString, length_);
+  static constexpr std::size_t flagsOffset = offsetof(lvrString, flags_);
+  static constexpr std::size_t cachedHashOffset = offsetof(lvrString, cachedHash_);
+  static unsigned length(lvrString const& string) { return string.length_; }
+  static unsigned flags(lvrString const& string) { return string.flags_; }
+  static unsigned cachedHash(lvrString const& string) { return string.cachedHash_; }
 };
 
 template <>
 struct lvLayoutAccess<lvString::StringEntry> {
-  static constexpr std::size_t nextOffset = offsetof(lvString::StringEntry, next);
+  static constexpr std::size_t nextOffset = offsetof(lvString::StringEntry, next_);
   static lvString::StringEntry const* next(lvString::StringEntry const& entry) {
-    return entry.next;
+    return entry.next_;
   }
 };
 
 template <>
 struct lvLayoutAccess<lvString::HashTable> {
-  static constexpr std::size_t bucketCountOffset = offsetof(lvString::HashTable, bucketCount);
-  static constexpr std::size_t bucketsOffset = offsetof(lvString::HashTable, buckets);
-  static std::uint32_t bucketCount(lvString::HashTable const& table) { return table.bucketCount; }
+  static constexpr std::size_t bucketCountOffset = offsetof(lvString::HashTable, bucketCount_);
+  static constexpr std::size_t bucketsOffset = offsetof(lvString::HashTable, buckets_);
+  static std::uint32_t bucketCount(lvString::HashTable const& table) { return table.bucketCount_; }
   static lvString::StringEntry const* bucket(lvString::HashTable const& table, std::size_t i) {
-    return table.buckets[i];
+    return table.buckets_[i];
   }
 };
 

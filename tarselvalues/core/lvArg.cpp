@@ -42,14 +42,14 @@ lvArg::lvArg(lvReferencable const& object) : lvArg() { setReferencableFast(objec
 
 lvArg::lvArg(lvArg const& other) : lvArg() {
   assignFast(other);
-  tagWord = (other.tagWord & ~TagMask) | getType();
+  tagWord_ = (other.tagWord_ & ~TagMask) | getType();
 }
 
 bool lvArg::eq(lvArg const& other) const {
   if (this == &other) {
     return true;
   }
-  return getType() == other.getType() && (isNil() || payload == other.payload);
+  return getType() == other.getType() && (isNil() || payload_ == other.payload_);
 }
 
 int lvArg::equiv(lvArg const& other) const {
@@ -59,10 +59,10 @@ int lvArg::equiv(lvArg const& other) const {
   if (getType() != other.getType()) {
     return 0;
   }
-  if (getType() == StringType && payload != 0 && other.payload != 0) {
+  if (getType() == StringType && payload_ != 0 && other.payload_ != 0) {
     return object()->equiv(*other.object());
   }
-  return isNil() || payload == other.payload ? 1 : 0;
+  return isNil() || payload_ == other.payload_ ? 1 : 0;
 }
 
 int lvArg::compareTo(lvArg const& other) const {
@@ -76,14 +76,14 @@ int lvArg::compareTo(lvArg const& other) const {
     return 0;
   }
   if (getType() == IntType) {
-    return static_cast<int>(static_cast<std::uint32_t>(payload) -
-                            static_cast<std::uint32_t>(other.payload));
+    return static_cast<int>(static_cast<std::uint32_t>(payload_) -
+                            static_cast<std::uint32_t>(other.payload_));
   }
-  if (isReference() && payload != other.payload && payload != 0 && other.payload != 0) {
+  if (isReference() && payload_ != other.payload_ && payload_ != 0 && other.payload_ != 0) {
     return object()->compareTo(*other.object());
   }
-  return tarselvalues::wordDifference(static_cast<std::intptr_t>(payload),
-                                      static_cast<std::intptr_t>(other.payload));
+  return tarselvalues::wordDifference(static_cast<std::intptr_t>(payload_),
+                                      static_cast<std::intptr_t>(other.payload_));
 }
 
 unsigned int lvArg::hashCode() const {
@@ -91,18 +91,18 @@ unsigned int lvArg::hashCode() const {
     case NilType:
       return NilHash;
     case IntType:
-      return mixHash(static_cast<std::uint32_t>(payload));
+      return mixHash(static_cast<std::uint32_t>(payload_));
     case PointerType:
-      return mixHash(static_cast<std::uint32_t>(static_cast<std::intptr_t>(payload) >> 3));
+      return mixHash(static_cast<std::uint32_t>(static_cast<std::intptr_t>(payload_) >> 3));
     default:
-      return isReference() && payload != 0 ? object()->hashCode() : 0;
+      return isReference() && payload_ != 0 ? object()->hashCode() : 0;
   }
 }
 
 lvArg& lvArg::operator=(lvArg&& other) noexcept {
   if (this != &other) {
     lvReferencable* const old = detach();
-    set(other.getType(), other.payload);
+    set(other.getType(), other.payload_);
     other.setTag(NilType);
     drop(old);
   }
@@ -110,7 +110,7 @@ lvArg& lvArg::operator=(lvArg&& other) noexcept {
 }
 
 int lvArg::assign(lvArg const& src) {
-  if (isReference() && src.isReference() && payload != 0 && payload == src.payload) {
+  if (isReference() && src.isReference() && payload_ != 0 && payload_ == src.payload_) {
     setTag(src.getType());
     return 0;
   }
@@ -149,22 +149,22 @@ int lvArg::setReferencable(lvReferencable const& object) {
 }
 
 void lvArg::exchange(lvArg& other) noexcept {
-  std::uint32_t const word = tagWord;
-  std::uintptr_t const content = payload;
-  tagWord = other.tagWord;
-  payload = other.payload;
-  other.tagWord = word;
-  other.payload = content;
+  std::uint32_t const word = tagWord_;
+  std::uintptr_t const content = payload_;
+  tagWord_ = other.tagWord_;
+  payload_ = other.payload_;
+  other.tagWord_ = word;
+  other.payload_ = content;
 }
 
 int lvArg::assignFast(lvArg const& src) {
   if (src.isReference()) {
-    if (src.payload != 0) {
+    if (src.payload_ != 0) {
       tarselvalues::takeReference(*src.object());
     }
-    set(src.getType(), src.payload);
+    set(src.getType(), src.payload_);
   } else if (src.getType() == IntType || src.getType() == PointerType) {
-    set(src.getType(), src.payload);
+    set(src.getType(), src.payload_);
   } else {
     setTag(NilType);
   }
@@ -184,7 +184,7 @@ int lvArg::setReferencableFast(lvReferencable const& object, ValueType type) {
 lvReferencable* lvArg::detach() noexcept {
   lvReferencable* const held = getReferencable();
   if (held != nullptr) {
-    payload = 0;  // What runs during the release must not see the object again.
+    payload_ = 0;  // What runs during the release must not see the object again.
   }
   return held;
 }

@@ -57,7 +57,7 @@ class TARSELVALUES_API lvArg {
   // --- Making -----------------------------------------------------------------------------------
 
   // Makes a nil cell.
-  constexpr lvArg() noexcept : tagWord(NilType), payload(0) {}
+  constexpr lvArg() noexcept : tagWord_(NilType), payload_(0) {}
 
   // Makes a nil cell. Deliberate: all three arguments are ignored.
   lvArg(unsigned char, int, int) noexcept : lvArg() {}
@@ -71,7 +71,7 @@ class TARSELVALUES_API lvArg {
 
   // Hands the reference over, bookkeeping bits included, without touching its count. `other` is nil
   // afterwards and keeps its own bookkeeping bits. Costs no lock.
-  lvArg(lvArg&& other) noexcept : tagWord(other.tagWord), payload(other.payload) {
+  lvArg(lvArg&& other) noexcept : tagWord_(other.tagWord_), payload_(other.payload_) {
     other.setTag(NilType);
   }
 
@@ -84,7 +84,7 @@ class TARSELVALUES_API lvArg {
   // --- Asking -----------------------------------------------------------------------------------
 
   // Returns the 5-bit tag.
-  ValueType getType() const { return static_cast<ValueType>(tagWord & TagMask); }
+  ValueType getType() const { return static_cast<ValueType>(tagWord_ & TagMask); }
   bool isNil() const { return getType() == NilType; }
 
   // Returns the integer, or -1 when the cell holds none. No text is converted: see lvValue.
@@ -93,7 +93,7 @@ class TARSELVALUES_API lvArg {
   // Returns the address when the cell holds a raw one, else null.
   void* getPointer() const {
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the payload word is what was stored.
-    return getType() == PointerType ? reinterpret_cast<void*>(payload) : nullptr;
+    return getType() == PointerType ? reinterpret_cast<void*>(payload_) : nullptr;
   }
 
   // Borrows the object until the cell changes; null when the cell holds no reference.
@@ -172,21 +172,21 @@ class TARSELVALUES_API lvArg {
 
   static constexpr std::uint32_t TagMask = 0x1F;
 
-  constexpr lvArg(ValueType tag, std::uintptr_t word) noexcept : tagWord(tag), payload(word) {}
+  constexpr lvArg(ValueType tag, std::uintptr_t word) noexcept : tagWord_(tag), payload_(word) {}
 
-  bool isReference() const { return (tagWord & ReferenceFlag) != 0; }
-  void setTag(ValueType tag) { tagWord = (tagWord & ~TagMask) | (tag & TagMask); }
+  bool isReference() const { return (tagWord_ & ReferenceFlag) != 0; }
+  void setTag(ValueType tag) { tagWord_ = (tagWord_ & ~TagMask) | (tag & TagMask); }
   void set(ValueType tag, std::uintptr_t word) {
     setTag(tag);
-    payload = word;
+    payload_ = word;
   }
-  int integer() const { return static_cast<int>(static_cast<std::uint32_t>(payload)); }
+  int integer() const { return static_cast<int>(static_cast<std::uint32_t>(payload_)); }
   // NOLINTNEXTLINE(performance-no-int-to-ptr): the payload word is what was stored.
-  lvReferencable* object() const { return reinterpret_cast<lvReferencable*>(payload); }
+  lvReferencable* object() const { return reinterpret_cast<lvReferencable*>(payload_); }
 
   // Gives up the held object without dropping the reference, which is the caller's then.
   lvReferencable* detach() noexcept;
 
-  std::uint32_t tagWord;
-  std::uintptr_t payload;
+  std::uint32_t tagWord_;
+  std::uintptr_t payload_;
 };

@@ -33,8 +33,8 @@ class MutexGuard {
 namespace tarselvalues {
 
 void takeReference(lvReferencable const& object) noexcept {
-  MutexGuard const guard(object.mutex);
-  ++object.count;
+  MutexGuard const guard(object.mutex_);
+  ++object.count_;
 }
 
 void dropReference(lvReferencable const& object) {
@@ -43,11 +43,11 @@ void dropReference(lvReferencable const& object) {
 
 }  // namespace tarselvalues
 
-lvReferencable::lvReferencable() : typeByte(ObjectKind << KindShift), count(0) {
-  initRecursive(mutex);
+lvReferencable::lvReferencable() : typeByte_(ObjectKind << KindShift), count_(0) {
+  initRecursive(mutex_);
 }
 
-lvReferencable::~lvReferencable() { pthread_mutex_destroy(&mutex); }
+lvReferencable::~lvReferencable() { pthread_mutex_destroy(&mutex_); }
 
 int lvReferencable::equiv(lvReferencable const& other) const { return this == &other ? 1 : 0; }
 
@@ -74,15 +74,15 @@ lvString const& lvReferencable::getStaticClassDesc() {
 
 int lvReferencable::__removeRef() {
   {
-    MutexGuard const guard(mutex);
-    if (--count != 0) {
+    MutexGuard const guard(mutex_);
+    if (--count_ != 0) {
       return 0;
     }
-    if ((typeByte.load(std::memory_order_relaxed) & ImmortalBits) == ImmortalBits) {
-      count = ImmortalCount;
+    if ((typeByte_.load(std::memory_order_relaxed) & ImmortalBits) == ImmortalBits) {
+      count_ = ImmortalCount;
       return 0;
     }
-    count = DyingCount;
+    count_ = DyingCount;
   }
   if (finalize() == FinalizeRefused) {
     return 0;
@@ -92,14 +92,14 @@ int lvReferencable::__removeRef() {
 }
 
 void lvReferencable::__makeImmortal() {
-  typeByte.fetch_or(static_cast<std::uint8_t>(ImmortalBits), std::memory_order_relaxed);
+  typeByte_.fetch_or(static_cast<std::uint8_t>(ImmortalBits), std::memory_order_relaxed);
 }
 
 bool lvReferencable::isStillUnheld() {
-  MutexGuard const guard(mutex);
-  bool const revived = count > DyingCount && count < DyingCount / 2;
+  MutexGuard const guard(mutex_);
+  bool const revived = count_ > DyingCount && count_ < DyingCount / 2;
   if (revived) {
-    count -= DyingCount;
+    count_ -= DyingCount;
   }
   return !revived;
 }

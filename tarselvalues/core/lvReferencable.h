@@ -83,15 +83,15 @@ class TARSELVALUES_API lvReferencable {
 
   // Returns the object's kind.
   Kind getKind() const {
-    return static_cast<Kind>(typeByte.load(std::memory_order_relaxed) >> KindShift);
+    return static_cast<Kind>(typeByte_.load(std::memory_order_relaxed) >> KindShift);
   }
 
  protected:
   // For constructors: sets the kind and keeps the low four bits of the type byte.
   void setKind(Kind kind) {
-    unsigned const low = typeByte.load(std::memory_order_relaxed) & LowBits;
-    typeByte.store(static_cast<std::uint8_t>(low | (static_cast<unsigned>(kind) << KindShift)),
-                   std::memory_order_relaxed);
+    unsigned const low = typeByte_.load(std::memory_order_relaxed) & LowBits;
+    typeByte_.store(static_cast<std::uint8_t>(low | (static_cast<unsigned>(kind) << KindShift)),
+                    std::memory_order_relaxed);
   }
 
   // What finalize() answers to stay alive, for objects that others can find without holding a
@@ -119,7 +119,8 @@ class TARSELVALUES_API lvReferencable {
   // and dropped meanwhile never bring it to 0 a second time.
   static constexpr std::int32_t DyingCount = INT_MIN / 2;
 
-  std::atomic<std::uint8_t> typeByte;  // Atomic: immortality may be set while others read the kind.
-  mutable std::int32_t count;          // Guarded by `mutex`. How many hold the object.
-  mutable pthread_mutex_t mutex;       // Recursive.
+  std::atomic<std::uint8_t>
+      typeByte_;                   // Atomic: immortality may be set while others read the kind.
+  mutable std::int32_t count_;     // Guarded by `mutex_`. How many hold the object.
+  mutable pthread_mutex_t mutex_;  // Recursive.
 };

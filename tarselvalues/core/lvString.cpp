@@ -55,15 +55,15 @@ class lvString::TableGuard {
 
 // ---- The table ---------------------------------------------------------------------------------
 
-lvString::HashTable::HashTable() : bucketCount(BucketCount), buckets{} {
-  pthread_rwlock_init(&lock, nullptr);
+lvString::HashTable::HashTable() : bucketCount_(BucketCount), buckets_{} {
+  pthread_rwlock_init(&lock_, nullptr);
 }
 
-lvString::HashTable::~HashTable() { pthread_rwlock_destroy(&lock); }
+lvString::HashTable::~HashTable() { pthread_rwlock_destroy(&lock_); }
 
-void lvString::HashTable::writeLock() { pthread_rwlock_wrlock(&lock); }
+void lvString::HashTable::writeLock() { pthread_rwlock_wrlock(&lock_); }
 
-void lvString::HashTable::unlock() { pthread_rwlock_unlock(&lock); }
+void lvString::HashTable::unlock() { pthread_rwlock_unlock(&lock_); }
 
 lvString::HashTable* lvString::getHashTable() {
   // Without the mutex once there is a table: exit handlers that run late find it destroyed.
@@ -88,7 +88,7 @@ lvString::StringEntry** lvString::findLink(char const* text, int length, unsigne
          std::memcmp(candidate.getText(), text, static_cast<std::size_t>(length)) == 0)) {
       break;
     }
-    link = &(*link)->next;
+    link = &(*link)->next_;
   }
   return link;
 }
@@ -128,11 +128,11 @@ int lvString::StringEntry::finalize() {
     }
     StringEntry** link = &getHashTable()->chainOf(hashCode());
     while (*link != nullptr && *link != this) {
-      link = &(*link)->next;
+      link = &(*link)->next_;
     }
     if (*link == this) {
-      *link = next;
-      next = nullptr;
+      *link = next_;
+      next_ = nullptr;
     }
   }
   return lvrString::finalize();

@@ -37,9 +37,9 @@ class TARSELVALUES_API lvString : public lvArg {
     template <class T>
     friend struct lvLayoutAccess;
 
-    StringEntry() : next(nullptr) {}
+    StringEntry() : next_(nullptr) {}
 
-    StringEntry* next;  // in the same chain; guarded by the table's lock
+    StringEntry* next_;  // in the same chain; guarded by the table's lock
   };
 
   // The process-wide table of entries: a fixed number of chains that grow without limit.
@@ -62,11 +62,11 @@ class TARSELVALUES_API lvString : public lvArg {
 
     static constexpr std::uint32_t BucketCount = 1009;
 
-    StringEntry*& chainOf(unsigned int hash) { return buckets[hash % bucketCount]; }
+    StringEntry*& chainOf(unsigned int hash) { return buckets_[hash % bucketCount_]; }
 
-    std::uint32_t bucketCount;
-    StringEntry* buckets[BucketCount];  // guarded by `lock`
-    pthread_rwlock_t lock;              // always taken for writing
+    std::uint32_t bucketCount_;
+    StringEntry* buckets_[BucketCount];  // guarded by `lock_`
+    pthread_rwlock_t lock_;              // always taken for writing
   };
 
   // --- Making -----------------------------------------------------------------------------------

@@ -102,7 +102,9 @@ char const lvrString::strNil[] = "(NIL)";
 char const lvrString::strNull[] = "(NULL)";
 char const lvrString::strEmpty[] = "";
 
-lvrString::lvrString() : text(nullptr), length(0), flags(0), cachedHash(0) { setKind(StringKind); }
+lvrString::lvrString() : text_(nullptr), length_(0), flags_(0), cachedHash_(0) {
+  setKind(StringKind);
+}
 
 lvrString::~lvrString() = default;
 
@@ -121,27 +123,27 @@ int lvrString::equiv(lvReferencable const& other) const {
   if (string == nullptr) {
     return addressDifference(other, *this);
   }
-  if (string == this || string->text == text) {
+  if (string == this || string->text_ == text_) {
     return 1;
   }
-  if (string->text == nullptr || text == nullptr) {
+  if (string->text_ == nullptr || text_ == nullptr) {
     return 0;
   }
   if (string->hashCode() != hashCode()) {
     return 0;
   }
   if (!isKnownLength()) {
-    return std::strcmp(string->text, text) == 0 ? 1 : 0;
+    return std::strcmp(string->text_, text_) == 0 ? 1 : 0;
   }
-  return string->length == length && std::strncmp(string->text, text, length) == 0 ? 1 : 0;
+  return string->length_ == length_ && std::strncmp(string->text_, text_, length_) == 0 ? 1 : 0;
 }
 
 unsigned int lvrString::hashCode() const {
   if (!hasFlag(HashFlag)) {
-    cachedHash.store(computeOwnHash(), std::memory_order_relaxed);
-    flags.fetch_or(HashFlag, std::memory_order_release);
+    cachedHash_.store(computeOwnHash(), std::memory_order_relaxed);
+    flags_.fetch_or(HashFlag, std::memory_order_release);
   }
-  return cachedHash.load(std::memory_order_relaxed);
+  return cachedHash_.load(std::memory_order_relaxed);
 }
 
 int lvrString::compareTo(lvReferencable const& other) const {
@@ -152,7 +154,7 @@ int lvrString::compareTo(lvReferencable const& other) const {
   if (string == nullptr) {
     return addressDifference(other, *this);
   }
-  return std::strcmp(orEmpty(text), orEmpty(string->text));
+  return std::strcmp(orEmpty(text_), orEmpty(string->text_));
 }
 
 int lvrString::setFrom(lvArg const& value) {
@@ -172,10 +174,10 @@ int lvrString::setFrom(lvArg const& value) {
       if (source == this) {
         return 0;
       }
-      if (source == nullptr || source->text == nullptr) {
+      if (source == nullptr || source->text_ == nullptr) {
         return setStringData(strEmpty, 0, CopyAndOwnEmpty);
       }
-      return setStringData(source->text, source->getKnownLength(), CopyAndOwnEmpty);
+      return setStringData(source->text_, source->getKnownLength(), CopyAndOwnEmpty);
     }
     default:
       return NotSupported;
@@ -187,7 +189,7 @@ lvArg lvrString::toString() const { return lvArg(*this); }
 int lvrString::setStringData(char const* newText, int newLength, int mode) {
   // A text inside the one that is about to be freed cannot be borrowed.
   bool const mustCopy = mode == Borrow && ownsTextAt(newText);
-  char* const old = hasFlag(BorrowedFlag) ? nullptr : const_cast<char*>(text);
+  char* const old = hasFlag(BorrowedFlag) ? nullptr : const_cast<char*>(text_);
   int const status = setStringDataFast(newText, newLength, mustCopy ? CopyAndOwn : mode);
   if (status == 0) {
     std::free(old);
@@ -223,27 +225,27 @@ int lvrString::setStringDataFast(int n, char const** pieces, int* lengths, int m
 
 int lvrString::releaseData() {
   if (!hasFlag(BorrowedFlag)) {
-    std::free(const_cast<char*>(text));
-    text = nullptr;
+    std::free(const_cast<char*>(text_));
+    text_ = nullptr;
   }
   return 0;
 }
 
 int lvrString::getLength() const {
-  return isKnownLength() ? length : static_cast<int>(std::strlen(text));
+  return isKnownLength() ? length_ : static_cast<int>(std::strlen(text_));
 }
 
 int lvrString::getInteger() const {
   if (hasFlag(IntegerFlag)) {
-    return static_cast<std::int16_t>(flags.load(std::memory_order_relaxed)) >> IntegerShift;
+    return static_cast<std::int16_t>(flags_.load(std::memory_order_relaxed)) >> IntegerShift;
   }
-  if (text == nullptr) {
+  if (text_ == nullptr) {
     return -1;
   }
-  if (*text == '\0') {
+  if (*text_ == '\0') {
     return 0;
   }
-  char const* start = text;
+  char const* start = text_;
   while (*start == ' ' || *start == '\t' || *start == '\n' || *start == '\r') {
     ++start;
   }
@@ -280,8 +282,8 @@ unsigned int lvrString::computeHashCode(char const* text, int length) {
 }
 
 void lvrString::markInterned(unsigned int hash) {
-  cachedHash.store(hash, std::memory_order_relaxed);
-  flags.fetch_or(InternedFlag | HashFlag, std::memory_order_release);
+  cachedHash_.store(hash, std::memory_order_relaxed);
+  flags_.fetch_or(InternedFlag | HashFlag, std::memory_order_release);
 }
 
 void lvrString::adoptBufferFast(char* buffer, std::size_t newLength) {
@@ -289,27 +291,27 @@ void lvrString::adoptBufferFast(char* buffer, std::size_t newLength) {
 }
 
 // A string without text has nothing to count.
-bool lvrString::isKnownLength() const { return length != UncountedLength || text == nullptr; }
+bool lvrString::isKnownLength() const { return length_ != UncountedLength || text_ == nullptr; }
 
 unsigned int lvrString::computeOwnHash() const {
-  return text != nullptr ? computeHashCode(text, getLength()) : computeHashCode(strEmpty, 0);
+  return text_ != nullptr ? computeHashCode(text_, getLength()) : computeHashCode(strEmpty, 0);
 }
 
 bool lvrString::ownsTextAt(char const* address) const {
-  if (text == nullptr || hasFlag(BorrowedFlag)) {
+  if (text_ == nullptr || hasFlag(BorrowedFlag)) {
     return false;
   }
   std::less<char const*> const before;
-  return !before(address, text) && !before(text + getLength(), address);
+  return !before(address, text_) && !before(text_ + getLength(), address);
 }
 
 // Drops both caches.
 void lvrString::storeText(char const* newText, std::size_t newLength, bool borrowed) {
-  text = newText;
-  length = static_cast<std::uint16_t>(std::min<std::size_t>(newLength, UncountedLength));
-  unsigned const kept = flags.load(std::memory_order_relaxed) & ~unsigned{AllFlags};
-  flags.store(static_cast<std::uint16_t>(kept | (borrowed ? unsigned{BorrowedFlag} : 0U)),
-              std::memory_order_release);
+  text_ = newText;
+  length_ = static_cast<std::uint16_t>(std::min<std::size_t>(newLength, UncountedLength));
+  unsigned const kept = flags_.load(std::memory_order_relaxed) & ~unsigned{AllFlags};
+  flags_.store(static_cast<std::uint16_t>(kept | (borrowed ? unsigned{BorrowedFlag} : 0U)),
+               std::memory_order_release);
 }
 
 int lvrString::setFormatted(char const* formatted, std::intptr_t value) {
@@ -324,8 +326,8 @@ void lvrString::cacheInteger(std::intptr_t value) {
   if (value < CachedIntegerMin || value > CachedIntegerMax) {
     return;
   }
-  unsigned const low = flags.load(std::memory_order_relaxed) & unsigned{AllFlags};
-  flags.store(static_cast<std::uint16_t>((static_cast<unsigned>(value) << IntegerShift) | low |
-                                         IntegerFlag),
-              std::memory_order_release);
+  unsigned const low = flags_.load(std::memory_order_relaxed) & unsigned{AllFlags};
+  flags_.store(static_cast<std::uint16_t>((static_cast<unsigned>(value) << IntegerShift) | low |
+                                          IntegerFlag),
+               std::memory_order_release);
 }

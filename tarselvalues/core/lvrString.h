@@ -92,10 +92,10 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   int getLength() const;
 
   // Returns the length where it is stored, or -1 for a text that a setter has to measure.
-  int getKnownLength() const { return isKnownLength() ? length : -1; }
+  int getKnownLength() const { return isKnownLength() ? length_ : -1; }
 
   // Borrows the text, or null; until the string changes.
-  char const* getText() const { return text; }
+  char const* getText() const { return text_; }
 
   // Reads the text as an integer: the cached one if there is one, else
   //   -1 without text, 0 for an empty text; leading blanks are skipped; then
@@ -127,7 +127,7 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   template <class T>
   friend struct lvLayoutAccess;
 
-  // Bits of `flags`. Bits 4-15 are the cached integer, signed.
+  // Bits of `flags_`. Bits 4-15 are the cached integer, signed.
   enum Flag : std::uint16_t {
     IntegerFlag = 1,   // the cached integer is valid
     HashFlag = 2,      // the cached hash is valid
@@ -137,7 +137,7 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   };
   static constexpr unsigned IntegerShift = 4;
 
-  bool hasFlag(Flag flag) const { return (flags.load(std::memory_order_acquire) & flag) != 0; }
+  bool hasFlag(Flag flag) const { return (flags_.load(std::memory_order_acquire) & flag) != 0; }
   bool isKnownLength() const;
   unsigned int computeOwnHash() const;
   bool ownsTextAt(char const* address) const;
@@ -145,9 +145,9 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   void cacheInteger(std::intptr_t value);
   int setFormatted(char const* formatted, std::intptr_t value);
 
-  char const* text;
-  std::uint16_t length;  // 65535 means: that or more, to be counted.
+  char const* text_;
+  std::uint16_t length_;  // 65535 means: that or more, to be counted.
   // Atomic, because hashCode() fills the cache of a string that other threads may be reading.
-  mutable std::atomic<std::uint16_t> flags;
-  mutable std::atomic<std::uint32_t> cachedHash;
+  mutable std::atomic<std::uint16_t> flags_;
+  mutable std::atomic<std::uint32_t> cachedHash_;
 };

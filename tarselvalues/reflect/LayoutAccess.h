@@ -12,10 +12,10 @@
 
 template <>
 struct lvLayoutAccess<lvrClass> {
-  static constexpr std::size_t defaultCtorOffset = offsetof(lvrClass, defaultCtor);
-  static constexpr std::size_t superClassOffset = offsetof(lvrClass, superClass);
-  static constexpr std::size_t classNameOffset = offsetof(lvrClass, className);
-  static constexpr std::size_t reflectionOffset = offsetof(lvrClass, reflection);
+  static constexpr std::size_t defaultCtorOffset = offsetof(lvrClass, defaultCtor_);
+  static constexpr std::size_t superClassOffset = offsetof(lvrClass, superClass_);
+  static constexpr std::size_t classNameOffset = offsetof(lvrClass, className_);
+  static constexpr std::size_t reflectionOffset = offsetof(lvrClass, reflection_);
 };
 
 #pragma GCC diagnostic pop

@@ -15,10 +15,10 @@ lvrClass::lvrClass(unsigned int number, lvArg const& name, DefaultCtor* ctor)
 
 lvrClass::lvrClass(unsigned int /*number*/, lvArg const& name, lvArg const& superclass,
                    DefaultCtor* ctor)
-    : defaultCtor(ctor), reflection(nullptr) {
+    : defaultCtor_(ctor), reflection_(nullptr) {
   setKind(ClassKind);
-  superClass.assign(superclass);
-  className.assign(name);
+  superClass_.assign(superclass);
+  className_.assign(name);
 }
 
 lvrClass::~lvrClass() = default;
@@ -34,18 +34,18 @@ lvString const& lvrClass::getClassDesc() const { return getStaticClassDesc(); }
 int lvrClass::finalize() { return 0; }
 
 int lvrClass::setClassName(lvArg const& name) {
-  return className.isNil() ? className.assign(name) : Refused;
+  return className_.isNil() ? className_.assign(name) : Refused;
 }
 
-int lvrClass::getClassName(lvArg& out) const { return out.assign(className); }
+int lvrClass::getClassName(lvArg& out) const { return out.assign(className_); }
 
 int lvrClass::setSuperClass(lvArg const& superclass) {
-  bool const accepted = superClass.isNil() && superclass.getType() == lvArg::ClassType;
-  return accepted ? superClass.assign(superclass) : Refused;
+  bool const accepted = superClass_.isNil() && superclass.getType() == lvArg::ClassType;
+  return accepted ? superClass_.assign(superclass) : Refused;
 }
 
-int lvrClass::getSuperClass(lvArg& out) const { return out.assign(superClass); }
+int lvrClass::getSuperClass(lvArg& out) const { return out.assign(superClass_); }
 
 lvReferencable* lvrClass::instantiateDefaultObject() const {
-  return defaultCtor != nullptr ? defaultCtor() : nullptr;
+  return defaultCtor_ != nullptr ? defaultCtor_() : nullptr;
 }

@@ -53,8 +53,8 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
 
   struct GenericMemberOffsetTable;
 
-  DefaultCtor* defaultCtor;
-  lvArg superClass;
-  lvArg className;
-  GenericMemberOffsetTable** reflection;  // null: no members are described
+  DefaultCtor* defaultCtor_;
+  lvArg superClass_;
+  lvArg className_;
+  GenericMemberOffsetTable** reflection_;  // null: no members are described
 };

@@ -35,7 +35,7 @@ lvtStringArgDest::lvtStringArgDest(char* buf, int size) : lvtStringArgDest() {
 }
 
 lvtStringArgDest::lvtStringArgDest()
-    : buffer(nullptr), capacity(0), length(0), flags(0), depth(0), levelKinds(0) {
+    : buffer_(nullptr), capacity_(0), length_(0), flags_(0), depth_(0), levelKinds_(0) {
   lvtStringArgDest::initOnce();
   lvtStringArgDest::init();
 }
@@ -45,19 +45,19 @@ lvtStringArgDest::~lvtStringArgDest() { lvtStringArgDest::cleanup(); }
 // ---- Set-up ------------------------------------------------------------------------------------
 
 void lvtStringArgDest::setFlag(Flag flag, bool on) {
-  flags = static_cast<std::uint16_t>(on ? flags | unsigned{flag} : flags & ~unsigned{flag});
+  flags_ = static_cast<std::uint16_t>(on ? flags_ | unsigned{flag} : flags_ & ~unsigned{flag});
 }
 
 void lvtStringArgDest::setStringBuffer(char* buf, int size) {
   int const usable = std::max(size, 0);
-  bool const owned = buf == nullptr || (hasFlag(OwnsBuffer) && buf == buffer);
+  bool const owned = buf == nullptr || (hasFlag(OwnsBuffer) && buf == buffer_);
   // Made before the old one goes: without memory everything stays as it was.
   char* const target = owned ? new char[static_cast<std::size_t>(usable)] : buf;
   cleanup();
   init();
-  buffer = target;
-  capacity = usable;
-  length = 0;
+  buffer_ = target;
+  capacity_ = usable;
+  length_ = 0;
   setFlag(OwnsBuffer, owned);
 }
 
@@ -70,17 +70,17 @@ int lvtStringArgDest::initOnce() {
 
 int lvtStringArgDest::init() {
   setFlag(SeparatorPending, false);
-  depth = 0;
-  levelKinds = 0;
+  depth_ = 0;
+  levelKinds_ = 0;
   return 0;
 }
 
 int lvtStringArgDest::cleanup() {
   if (hasFlag(OwnsBuffer)) {
-    delete[] buffer;
-    buffer = nullptr;
-    capacity = 0;
-    length = 0;
+    delete[] buffer_;
+    buffer_ = nullptr;
+    capacity_ = 0;
+    length_ = 0;
     setFlag(OwnsBuffer, false);
   }
   return 0;
@@ -89,10 +89,10 @@ int lvtStringArgDest::cleanup() {
 int lvtStringArgDest::cleanupOnce() { return 0; }
 
 int lvtStringArgDest::setStringOffset(int offset) {
-  if (offset < 0 || offset >= capacity) {
+  if (offset < 0 || offset >= capacity_) {
     return NoRoom;
   }
-  length = offset;
+  length_ = offset;
   return 0;
 }
 
@@ -103,23 +103,23 @@ void lvtStringArgDest::omitSeparator() { setFlag(SeparatorPending, false); }
 // ---- Levels ------------------------------------------------------------------------------------
 
 int lvtStringArgDest::pushMapStack(bool tuple) {
-  if (depth >= MaxDepth) {
+  if (depth_ >= MaxDepth) {
     return NoRoom;
   }
-  std::uint32_t const bit = std::uint32_t{1} << depth;
-  levelKinds = tuple ? levelKinds | bit : levelKinds & ~bit;
-  ++depth;
+  std::uint32_t const bit = std::uint32_t{1} << depth_;
+  levelKinds_ = tuple ? levelKinds_ | bit : levelKinds_ & ~bit;
+  ++depth_;
   return 0;
 }
 
 bool lvtStringArgDest::peekMapStack() const {
-  return depth > 0 && ((levelKinds >> (depth - 1)) & 1U) != 0;
+  return depth_ > 0 && ((levelKinds_ >> (depth_ - 1)) & 1U) != 0;
 }
 
 bool lvtStringArgDest::popMapStack() {
   bool const tuple = peekMapStack();
-  if (depth > 0) {
-    --depth;
+  if (depth_ > 0) {
+    --depth_;
   }
   return tuple;
 }
@@ -134,7 +134,7 @@ int lvtStringArgDest::enter(lvArg const& kind, int size) {
   separate();
   if (kind.getType() == lvArg::ClassType) {
     writeObjectName(kind);
-    if (length >= capacity) {  // The name took the bracket's place.
+    if (length_ >= capacity_) {  // The name took the bracket's place.
       return ROOM_ERROR;
     }
   }
@@ -170,16 +170,16 @@ void lvtStringArgDest::writeSize(int size) {
   int room = sizeof(digits);
   outputInteger(&end, &room, size);
   auto const count = static_cast<int>(end - digits);
-  if (capacity - length >= count + 2) {  // The name of an object may have taken the room.
+  if (capacity_ - length_ >= count + 2) {  // The name of an object may have taken the room.
     append('[');
-    std::memcpy(buffer + length, digits, static_cast<std::size_t>(count));
-    length += count;
+    std::memcpy(buffer_ + length_, digits, static_cast<std::size_t>(count));
+    length_ += count;
     append(']');
   }
 }
 
 int lvtStringArgDest::leave() {
-  if (capacity - length < LeaveRoom) {
+  if (capacity_ - length_ < LeaveRoom) {
     return ROOM_ERROR;
   }
   append(popMapStack() ? ')' : '}');
@@ -195,8 +195,8 @@ int lvtStringArgDest::abortLevel() {
 int lvtStringArgDest::sourceError(sourceError_t /*error*/) { return 0; }
 
 int lvtStringArgDest::terminate() {
-  if (length < capacity) {
-    buffer[length] = '\0';
+  if (length_ < capacity_) {
+    buffer_[length_] = '\0';
   }
   return 0;
 }
@@ -223,9 +223,9 @@ int lvtStringArgDest::putArg(lvArg const& value) {
 }
 
 int lvtStringArgDest::putInteger(int value, int room) {
-  char* cursor = buffer + length;
+  char* cursor = buffer_ + length_;
   int const status = outputInteger(&cursor, &room, value);
-  length = static_cast<std::int32_t>(cursor - buffer);
+  length_ = static_cast<std::int32_t>(cursor - buffer_);
   return status;
 }
 
@@ -234,21 +234,21 @@ int lvtStringArgDest::putString(char const* text, int textLength, int room) {
     return ROOM_ERROR;
   }
   if (hasFlag(BareWords) && isIdentifier(text, textLength)) {
-    std::memcpy(buffer + length, text, static_cast<std::size_t>(textLength));
-    length += textLength;
+    std::memcpy(buffer_ + length_, text, static_cast<std::size_t>(textLength));
+    length_ += textLength;
     return 0;
   }
   append('"');
-  char* cursor = buffer + length;
+  char* cursor = buffer_ + length_;
   int quotedRoom = room - 1;
   outputQuotedString(&cursor, &quotedRoom, text, -1);
-  if (cursor == buffer + capacity) {
+  if (cursor == buffer_ + capacity_) {
     // Behind a separator the escapes took the closing quote's place. The byte that filled the room
     // is a plain one, since an escape leaves room for one more.
     --cursor;
   }
   *cursor++ = '"';
-  length = static_cast<std::int32_t>(cursor - buffer);
+  length_ = static_cast<std::int32_t>(cursor - buffer_);
   return 0;
 }
 
@@ -256,8 +256,8 @@ int lvtStringArgDest::putNil(int room) {
   if (room < NilRoom) {
     return ROOM_ERROR;
   }
-  std::memcpy(buffer + length, "#nil", NilRoom);
-  length += NilRoom;
+  std::memcpy(buffer_ + length_, "#nil", NilRoom);
+  length_ += NilRoom;
   return 0;
 }
 
@@ -308,7 +308,7 @@ int lvtStringArgDest::outputQuotedString(char** cursor, int* room, char const* t
 }
 
 int lvtStringArgDest::insertChar(int c) {
-  if (length >= capacity) {
+  if (length_ >= capacity_) {
     return NoRoom;
   }
   append(static_cast<char>(c));
@@ -320,12 +320,12 @@ int lvtStringArgDest::insertString(char const* text, int count) {
     count = 0;
   }
   std::size_t const bytes = count < 0 ? std::strlen(text) : static_cast<std::size_t>(count);
-  if (length >= capacity || bytes >= static_cast<std::size_t>(capacity - length)) {
+  if (length_ >= capacity_ || bytes >= static_cast<std::size_t>(capacity_ - length_)) {
     return NoRoom;
   }
   if (bytes != 0) {
-    std::memcpy(buffer + length, text, bytes);
-    length += static_cast<std::int32_t>(bytes);
+    std::memcpy(buffer_ + length_, text, bytes);
+    length_ += static_cast<std::int32_t>(bytes);
   }
   return 0;
 }

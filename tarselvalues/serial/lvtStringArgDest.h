@@ -72,8 +72,8 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   int cleanupOnce() override;
 
   // Borrow what was written; not NUL-terminated before terminate().
-  char const* getStringData() const { return buffer; }
-  int getStringLength() const { return length; }
+  char const* getStringData() const { return buffer_; }
+  int getStringLength() const { return length_; }
 
   // Moves the place where the next byte goes; -1 unless 0 <= offset < capacity.
   int setStringOffset(int offset);
@@ -109,7 +109,7 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   template <class T>
   friend struct lvLayoutAccess;
 
-  // Bits of `flags`.
+  // Bits of `flags_`.
   enum Flag : std::uint16_t {
     OwnsBuffer = 1,
     TransferSizes = 2,
@@ -117,10 +117,10 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
     BareWords = 8,
   };
 
-  bool hasFlag(Flag flag) const { return (flags & flag) != 0; }
+  bool hasFlag(Flag flag) const { return (flags_ & flag) != 0; }
   void setFlag(Flag flag, bool on);
-  int roomBeforeNul() const { return capacity - length - 1; }
-  void append(char c) { buffer[length++] = c; }
+  int roomBeforeNul() const { return capacity_ - length_ - 1; }
+  void append(char c) { buffer_[length_++] = c; }
   void separate();
   void writeObjectName(lvArg const& kind);
   void writeSize(int size);
@@ -128,10 +128,10 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   int putString(char const* text, int textLength, int room);
   int putNil(int room);
 
-  char* buffer;
-  std::int32_t capacity;
-  std::int32_t length;
-  std::uint16_t flags;
-  std::uint8_t depth;
-  std::uint32_t levelKinds;  // bit i: level i (0 is the outermost) is a tuple
+  char* buffer_;
+  std::int32_t capacity_;
+  std::int32_t length_;
+  std::uint16_t flags_;
+  std::uint8_t depth_;
+  std::uint32_t levelKinds_;  // bit i: level i (0 is the outermost) is a tuple
 };

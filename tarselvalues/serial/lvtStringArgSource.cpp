@@ -62,13 +62,13 @@ lvArg makeString(char const* bytes, std::size_t count) {
 // ---- Set-up ------------------------------------------------------------------------------------
 
 lvtStringArgSource::lvtStringArgSource()
-    : length(0),
-      offset(0),
-      text(nullptr),
-      state(ItemAfterSeparator),
-      flags(0),
-      errorCount(0),
-      lastToken(TOKEN_END) {
+    : length_(0),
+      offset_(0),
+      text_(nullptr),
+      state_(ItemAfterSeparator),
+      flags_(0),
+      errorCount_(0),
+      lastToken_(TOKEN_END) {
   initOnce();
   initParse();
 }
@@ -86,89 +86,89 @@ lvtStringArgSource::~lvtStringArgSource() = default;
 int lvtStringArgSource::initOnce() { return 0; }
 
 int lvtStringArgSource::initParse() {
-  state = ItemAfterSeparator;
-  flags = 0;
-  tokenValue.setNil();
-  pendingClassName.setNil();
+  state_ = ItemAfterSeparator;
+  flags_ = 0;
+  tokenValue_.setNil();
+  pendingClassName_.setNil();
   return 0;
 }
 
 int lvtStringArgSource::setSource(char const* newText, int newLength) {
   initParse();
-  text = newText;
-  length = newLength == Measure && newText != nullptr ? static_cast<int>(std::strlen(newText))
-                                                      : newLength;
-  offset = 0;
-  sourceString.setNil();
+  text_ = newText;
+  length_ = newLength == Measure && newText != nullptr ? static_cast<int>(std::strlen(newText))
+                                                       : newLength;
+  offset_ = 0;
+  sourceString_.setNil();
   return 0;
 }
 
 int lvtStringArgSource::setSource(lvString const& newText) {
   initParse();
-  sourceString = newText;
-  text = newText;
-  length = newText.length();
-  offset = 0;
+  sourceString_ = newText;
+  text_ = newText;
+  length_ = newText.length();
+  offset_ = 0;
   return 0;
 }
 
 int lvtStringArgSource::setParseOffset(int newOffset) {
-  if (newOffset > length) {
+  if (newOffset > length_) {
     return OutOfRange;
   }
-  offset = newOffset;
+  offset_ = newOffset;
   return 0;
 }
 
 // ---- Tokens ------------------------------------------------------------------------------------
 
 bool lvtStringArgSource::hasByte(std::int32_t position) const {
-  return text != nullptr && position >= 0 && position < length;
+  return text_ != nullptr && position >= 0 && position < length_;
 }
 
 int lvtStringArgSource::getNextToken(lvArg& out) {
-  while (hasByte(offset) && isBlank(text[offset])) {
-    ++offset;
+  while (hasByte(offset_) && isBlank(text_[offset_])) {
+    ++offset_;
   }
-  if (!hasByte(offset)) {
+  if (!hasByte(offset_)) {
     return TOKEN_END;
   }
-  if (startsWord(text[offset])) {
+  if (startsWord(text_[offset_])) {
     return readWord(out);
   }
-  if (isDigit(text[offset])) {
+  if (isDigit(text_[offset_])) {
     return readNumber(out);
   }
-  if ((flags & ImpliedQuote) != 0) {
-    return readQuoted(offset, out);
+  if ((flags_ & ImpliedQuote) != 0) {
+    return readQuoted(offset_, out);
   }
-  if (text[offset] == '"') {
-    return readQuoted(offset + 1, out);
+  if (text_[offset_] == '"') {
+    return readQuoted(offset_ + 1, out);
   }
   return readPunctuation();
 }
 
 int lvtStringArgSource::readPunctuation() {
-  char const c = text[offset++];
+  char const c = text_[offset_++];
   // A NUL byte would be found behind the last of them.
   return c != '\0' && std::strchr(Punctuation, c) != nullptr ? c : int{TOKEN_UNKNOWN};
 }
 
 int lvtStringArgSource::readWord(lvArg& out) {
-  std::int32_t end = offset;
-  while (hasByte(end) && continuesWord(text[end])) {
+  std::int32_t end = offset_;
+  while (hasByte(end) && continuesWord(text_[end])) {
     ++end;
   }
-  out = makeString(text + offset, static_cast<std::size_t>(end - offset));
-  offset = end;
+  out = makeString(text_ + offset_, static_cast<std::size_t>(end - offset_));
+  offset_ = end;
   return TOKEN_STRING;
 }
 
 int lvtStringArgSource::readNumber(lvArg& out) {
   std::uint32_t value = 0;
   bool overflow = false;
-  for (; hasByte(offset) && isDigit(text[offset]); ++offset) {
-    std::uint32_t const next = value * 10 + static_cast<std::uint32_t>(text[offset] - '0');
+  for (; hasByte(offset_) && isDigit(text_[offset_]); ++offset_) {
+    std::uint32_t const next = value * 10 + static_cast<std::uint32_t>(text_[offset_] - '0');
     overflow = overflow || next < value;
     value = next;
   }
@@ -188,22 +188,22 @@ struct lvtStringArgSource::Unescaped {
 };
 
 bool lvtStringArgSource::endsString(std::int32_t position) const {
-  return !hasByte(position) || text[position] == '"' || text[position] == '\0';
+  return !hasByte(position) || text_[position] == '"' || text_[position] == '\0';
 }
 
 lvtStringArgSource::Unescaped lvtStringArgSource::unescape(std::int32_t position) const {
-  char const c = text[position];
+  char const c = text_[position];
   if ((c != '\\' && c != '%') || !hasByte(position + 1)) {
     return {position + 1, c, true};
   }
-  char const escaped = text[position + 1];
+  char const escaped = text_[position + 1];
   if (c == '\\' || !isHexDigit(escaped)) {
     return {position + 2, translate(escaped), true};
   }
   unsigned value = hexValue(escaped);
   std::int32_t next = position + 2;
-  if (hasByte(next) && isHexDigit(text[next])) {
-    value = value * 16 + hexValue(text[next]);
+  if (hasByte(next) && isHexDigit(text_[next])) {
+    value = value * 16 + hexValue(text_[next]);
     ++next;
   }
   return {next, static_cast<char>(value), value != 0};
@@ -248,9 +248,9 @@ int lvtStringArgSource::readQuoted(std::int32_t position, lvArg& out) {
     string->adoptBufferFast(heap.release(), count);
     out.setReferencable(*string);
   }
-  bool const closed = hasByte(position) && text[position] == '"';
-  offset = closed ? position + 1 : position;
-  flags = static_cast<std::uint8_t>(flags & ~unsigned{ImpliedQuote});
+  bool const closed = hasByte(position) && text_[position] == '"';
+  offset_ = closed ? position + 1 : position;
+  flags_ = static_cast<std::uint8_t>(flags_ & ~unsigned{ImpliedQuote});
   return TOKEN_STRING;
 }
 
@@ -259,41 +259,41 @@ int lvtStringArgSource::readQuoted(std::int32_t position, lvArg& out) {
 int lvtStringArgSource::getArg(lvArg& out) {
   int result = ReadOn;
   while (result == ReadOn) {
-    result = state == UsedUp ? int{SOURCE_END} : step(readToken(), out);
+    result = state_ == UsedUp ? int{SOURCE_END} : step(readToken(), out);
   }
   return result;
 }
 
 // Returns the next token, or the last one again if it was pushed back.
 int lvtStringArgSource::readToken() {
-  if ((flags & PushedBack) != 0) {
-    flags = static_cast<std::uint8_t>(flags & ~unsigned{PushedBack});
+  if ((flags_ & PushedBack) != 0) {
+    flags_ = static_cast<std::uint8_t>(flags_ & ~unsigned{PushedBack});
   } else {
-    lastToken = getNextToken(tokenValue);
+    lastToken_ = getNextToken(tokenValue_);
   }
-  return lastToken;
+  return lastToken_;
 }
 
 int lvtStringArgSource::skip() {
-  ++errorCount;
+  ++errorCount_;
   return ReadOn;
 }
 
 int lvtStringArgSource::readOnAs(State next) {
-  state = next;
+  state_ = next;
   return ReadOn;
 }
 
 int lvtStringArgSource::answer(int result, State next) {
-  state = next;
+  state_ = next;
   return result;
 }
 
 int lvtStringArgSource::step(int token, lvArg& out) {
-  switch (state) {
+  switch (state_) {
     case ItemAfterSeparator:
       if (token == ')' || token == '}') {
-        ++errorCount;
+        ++errorCount_;
       }
       return stepAtItem(token, out);
     case Item:
@@ -312,7 +312,7 @@ int lvtStringArgSource::step(int token, lvArg& out) {
       if (token == TOKEN_END) {
         return answer(SOURCE_END, UsedUp);
       }
-      pendingClassName = tokenValue;
+      pendingClassName_ = tokenValue_;
       return readOnAs(ClassNameRead);
     case ClassNameRead:
       return stepAtClassName(token, out);
@@ -347,7 +347,7 @@ int lvtStringArgSource::stepAtItem(int token, lvArg& out) {
       return answer(SOURCE_END, UsedUp);
     case TOKEN_INTEGER:
     case TOKEN_STRING:
-      out = tokenValue;
+      out = tokenValue_;
       return answer(SOURCE_ITEM, AfterItem);
     default:
       return skip();
@@ -357,10 +357,10 @@ int lvtStringArgSource::stepAtItem(int token, lvArg& out) {
 int lvtStringArgSource::stepAfterMinus(int token, lvArg& out) {
   if (token != TOKEN_INTEGER) {
     pushBack();
-    state = Item;
+    state_ = Item;
     return skip();
   }
-  out.setInt(static_cast<int>(0 - static_cast<std::uint32_t>(tokenValue.getInt())));
+  out.setInt(static_cast<int>(0 - static_cast<std::uint32_t>(tokenValue_.getInt())));
   return answer(SOURCE_ITEM, AfterItem);
 }
 
@@ -379,7 +379,7 @@ int lvtStringArgSource::stepAtClassName(int token, lvArg& out) {
   if (token != '{') {
     return skip();
   }
-  out = std::move(pendingClassName);
+  out = std::move(pendingClassName_);
   return answer(SOURCE_FRAME_BEGIN, Item);
 }
 

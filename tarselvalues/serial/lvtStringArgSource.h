@@ -67,15 +67,15 @@ class TARSELVALUES_API lvtStringArgSource : public lvArgSource {
   // that.
   int setParseOffset(int newOffset);
   // Returns the byte offset just after the last token that was read.
-  int getParseOffset() const { return offset; }
+  int getParseOffset() const { return offset_; }
 
   // Returns how many tokens were skipped since the parser was made, modulo 65536.
-  int getErrorCount() const { return errorCount; }
+  int getErrorCount() const { return errorCount_; }
 
  protected:
   // The next token that does not begin with a letter, "_" or a digit is read as a quoted string
   // whose opening quote is already behind.
-  void expectQuotedString() { flags |= ImpliedQuote; }
+  void expectQuotedString() { flags_ |= ImpliedQuote; }
 
  private:
   template <class T>
@@ -94,7 +94,7 @@ class TARSELVALUES_API lvtStringArgSource : public lvArgSource {
     UsedUp = 9,
   };
 
-  // Bits of `flags`.
+  // Bits of `flags_`.
   static constexpr std::uint8_t PushedBack = 1;  // the last token is read again
   static constexpr std::uint8_t ImpliedQuote = 2;
 
@@ -110,7 +110,7 @@ class TARSELVALUES_API lvtStringArgSource : public lvArgSource {
   std::size_t countUnescaped(std::int32_t position) const;
 
   int readToken();
-  void pushBack() { flags |= PushedBack; }
+  void pushBack() { flags_ |= PushedBack; }
   int step(int token, lvArg& out);
   int stepAtItem(int token, lvArg& out);
   int stepAfterMinus(int token, lvArg& out);
@@ -121,14 +121,14 @@ class TARSELVALUES_API lvtStringArgSource : public lvArgSource {
   int readOnAs(State next);
   int answer(int result, State next);
 
-  std::int32_t length;
-  std::int32_t offset;
-  char const* text;
-  lvArg sourceString;  // the lvString whose characters `text` is, or nil
-  State state;
-  std::uint8_t flags;
-  std::uint16_t errorCount;
-  lvArg tokenValue;        // of the last word, number or string
-  lvArg pendingClassName;  // read after "*", until "{" comes
-  std::int32_t lastToken;
+  std::int32_t length_;
+  std::int32_t offset_;
+  char const* text_;
+  lvArg sourceString_;  // the lvString whose characters `text_` is, or nil
+  State state_;
+  std::uint8_t flags_;
+  std::uint16_t errorCount_;
+  lvArg tokenValue_;        // of the last word, number or string
+  lvArg pendingClassName_;  // read after "*", until "{" comes
+  std::int32_t lastToken_;
 };
