@@ -1,0 +1,23 @@
+# Fails when a folder of the library includes one above it. SOURCE is the library's folder.
+cmake_minimum_required(VERSION 3.25)
+
+set(may_include_core core)
+set(may_include_containers core containers)
+set(may_include_reflect core containers reflect)
+set(may_include_serial core containers reflect serial)
+
+foreach(folder core containers reflect serial)
+  file(GLOB files "${SOURCE}/${folder}/*.h" "${SOURCE}/${folder}/*.cpp")
+  if(NOT files)
+    message(SEND_ERROR "there are no files in ${folder}")
+  endif()
+  foreach(file IN LISTS files)
+    file(STRINGS "${file}" includes REGEX "^#include [\"<]tarselvalues/")
+    foreach(include IN LISTS includes)
+      string(REGEX REPLACE "^#include [\"<]tarselvalues/([a-z]*)/?.*" "\\1" included "${include}")
+      if(NOT included IN_LIST may_include_${folder})
+        message(SEND_ERROR "${file}: ${include}: ${folder} may include ${may_include_${folder}}")
+      endif()
+    endforeach()
+  endforeach()
+endforeach()
