@@ -23,6 +23,9 @@ struct lvLayoutAccess<lvtStringArgDest> {
   static unsigned flags(T const& writer) { return writer.flags_; }
   static unsigned depth(T const& writer) { return writer.depth_; }
   static std::uint32_t levelKinds(T const& writer) { return writer.levelKinds_; }
+  static void setFlags(T& writer, unsigned flags) {
+    writer.flags_ = static_cast<std::uint16_t>(flags);
+  }
 };
 
 template <>

@@ -288,7 +288,7 @@ int lvtStringArgDest::outputInteger(char** cursor, int* room, int value) {
 
 int lvtStringArgDest::outputQuotedString(char** cursor, int* room, char const* text, int count) {
   static constexpr char hexDigits[] = "0123456789ABCDEF";
-  int left = count < 0 ? INT_MAX : count;
+  int left = text == nullptr ? 0 : (count < 0 ? INT_MAX : count);
   for (; left > 0 && *text != '\0' && *room > 0; ++text, --left) {
     auto const c = static_cast<unsigned char>(*text);
     if (!needsEscape(c)) {

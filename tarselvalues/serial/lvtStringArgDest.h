@@ -14,7 +14,8 @@
 // Ownership: an adopted buffer stays the caller's and must outlive its use; one that the writer
 //            made is freed by cleanup() and by the destructor.
 // Threads:   one thread at a time per writer.
-// Errors:    ROOM_ERROR, or -1 where named. Nothing but setStringBuffer(null, n) allocates.
+// Errors:    ROOM_ERROR, or -1 where named. Only making a buffer of its own allocates, which may be
+//            std::bad_alloc and then leaves the writer as it was.
 // Layout:    on 32-bit ARM: buffer 4, capacity 8, length 12, flags 16, depth 18, level kinds 20,
 //            size 24.
 #pragma once
@@ -44,8 +45,9 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   int terminate() override;
   // Opens a level: "(" for a tuple, "{" for anything else, after "*" and the class name for an
   // object. A `size` that is not negative demands 15 bytes of room, whether or not it is written;
-  // keeping the figure keeps where texts are cut. ROOM_ERROR for a 33rd level too, with what was
-  // written before the bracket left in place.
+  // keeping the figure keeps where texts are cut. ROOM_ERROR, with no level opened, for a 33rd
+  // level too, and when a class name took the bracket's place; what was written before the bracket
+  // stays. A size prefix that such a name left no room for is left out whole.
   int enter(lvArg const& kind, int size) override;
   // Closes the innermost level. ROOM_ERROR, with nothing changed, when fewer than 2 bytes are left.
   int leave() override;
@@ -58,15 +60,16 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   // written. A string that only escaping makes too long is cut, closed with its quote, and answers
   // 0.
   int putArg(lvArg const& value) override;
-  // Starts a new text in `buf`; with null, in a new buffer of `size` bytes that the writer owns
-  // (as it does when it is given the buffer that it owns). A buffer owned before is freed.
+  // Starts a new text in `buf` (a negative `size` counts as 0); with null, in a new buffer of
+  // `size` bytes that the writer owns (as it does when it is given the buffer that it owns). A
+  // buffer owned before is freed.
   void setStringBuffer(char* buf, int size) override;
   // Forgets open levels and the separator; the text stays. Returns 0.
   int init() override;
   // Sets the settings of a new writer: bare words, no size prefixes, no buffer of its own (one that
   // it owned is the caller's from then on, to be freed with delete[]). Returns 0.
   int initOnce() override;
-  // Frees the buffer if the writer owns it. Returns 0.
+  // Frees the buffer if the writer owns it; there is no text and no room then. Returns 0.
   int cleanup() override;
   // Does nothing. Returns 0.
   int cleanupOnce() override;
@@ -91,7 +94,7 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
 
   // Writes up to `count` bytes of `text` (negative: all) up to a NUL, escaped, without quotes.
   // Stops when *room reaches 0 and returns 0; an escaped byte needs 4 bytes of room and stops with
-  // ROOM_ERROR where there are fewer.
+  // ROOM_ERROR where there are fewer. A null text counts as empty.
   int outputQuotedString(char** cursor, int* room, char const* text, int count);
 
   // The stack of open levels: -1 when it is full; the kind is true for a tuple level, and false
