@@ -36,6 +36,8 @@ struct lvLayoutAccess<lvrHashMap::IteratorLogic> {
   static constexpr std::size_t bucketOffset = offsetof(T, bucket);
   static constexpr std::size_t visitedOffset = offsetof(T, visited);
   static constexpr std::size_t mapOffset = offsetof(T, map);
+  static int bucket(T const& logic) { return logic.bucket; }
+  static unsigned visited(T const& logic) { return logic.visited; }
 };
 
 template <>
@@ -55,6 +57,7 @@ struct lvLayoutAccess<lvrVector> {
   static int alloced(lvrVector const& vector) { return vector.alloced; }
   static int start(lvrVector const& vector) { return vector.start; }
   static unsigned flags(lvrVector const& vector) { return vector.flags; }
+  static unsigned hashCache(lvrVector const& vector) { return vector.hashCache; }
 };
 
 template <>

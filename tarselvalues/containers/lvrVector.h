@@ -5,9 +5,8 @@
 // slot (start + i) mod alloced; the other slots are nil. A slot keeps its bookkeeping bits when
 // elements move through it.
 //
-// Limits:    65535 elements. insert() refuses the next one and changes nothing; a capacity asked
-// for
-//            beyond that is cut to it.
+// Limits:    65535 elements. insert() refuses the next one and changes nothing; a capacity beyond
+//            that is cut to it.
 // Growth:    by half, plus ten: from n full cells to n * 3 / 2 + 10. Never shrinks by itself.
 // Ownership: the vector holds references to its elements; its cursors hold one to the vector.
 // Threads:   one thread at a time for a vector and all its cursors together.

@@ -61,6 +61,7 @@ struct lvLayoutAccess<lvString::HashTable> {
   static lvString::StringEntry const* bucket(lvString::HashTable const& table, std::size_t i) {
     return table.buckets_[i];
   }
+  static pthread_rwlock_t& lock(lvString::HashTable& table) { return table.lock_; }
 };
 
 #pragma GCC diagnostic pop

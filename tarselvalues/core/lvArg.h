@@ -4,8 +4,8 @@
 // reference to an lvReferencable.
 //
 //   word 0, bits 0-4    type tag (ValueType). With ReferenceFlag set, word 1 is a counted
-//   reference. word 0, bits 5-31   belong to whoever stores the cell. Setters keep them; copy
-//   construction,
+//                       reference.
+//   word 0, bits 5-31   belong to whoever stores the cell. Setters keep them; copy construction,
 //                       move construction and exchange() carry them along. 0 in a fresh cell.
 //   word 1              integer, address or object. Meaningless in a nil cell.
 //
@@ -19,7 +19,8 @@
 // Errors:    a cell asked for what it does not hold gives the neutral answer named at the function.
 //            Nothing here allocates; an exception can only come out of a finalize() of the user's.
 // Order:     what replaces an old content is referenced before the old one is released, so a cell
-//            may be overwritten from something that only its old content keeps alive.
+//            may be overwritten from something that only its old content keeps alive. What the old
+//            object's finalize() stores into the very cell stays.
 // Example:   README.md, "A first program"
 #pragma once
 

@@ -119,8 +119,7 @@ class TARSELVALUES_API lvReferencable {
   // and dropped meanwhile never bring it to 0 a second time.
   static constexpr std::int32_t DyingCount = INT_MIN / 2;
 
-  std::atomic<std::uint8_t>
-      typeByte_;                   // Atomic: immortality may be set while others read the kind.
-  mutable std::int32_t count_;     // Guarded by `mutex_`. How many hold the object.
-  mutable pthread_mutex_t mutex_;  // Recursive.
+  std::atomic<std::uint8_t> typeByte_;  // Atomic: others may read the kind meanwhile.
+  mutable std::int32_t count_;          // How many hold the object. Guarded by `mutex_`.
+  mutable pthread_mutex_t mutex_;       // Recursive.
 };

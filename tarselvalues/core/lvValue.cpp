@@ -38,7 +38,10 @@ int lvValue::setString(char const* text, int length, int mode) {
   return 0;
 }
 
-int lvValue::setString(lvrString const& string) { return setReferencable(string); }
+int lvValue::setString(lvrString const& string) {
+  lvArg::operator=(lvValue(string));
+  return 0;
+}
 
 int lvValue::setStringFast(char const* text, int length, int mode) {
   auto* const string = new lvrString;

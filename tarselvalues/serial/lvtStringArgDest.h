@@ -1,5 +1,4 @@
-// lvtStringArgDest: the text writer, a sink that writes the text format into a buffer of fixed
-// size.
+// lvtStringArgDest: the text writer, a sink that writes the text format into a fixed buffer.
 //
 // It never grows its buffer: what does not fit is answered with ROOM_ERROR, and what was written
 // before stays. It keeps a stack of up to 32 open levels, so that it knows which separator and
