@@ -49,7 +49,7 @@ class TARSELVALUES_API lvtStringArgSource : public lvArgSource {
   // Declaration order is the binary interface: append only, and in derived classes only.
 
   // Reads the next item, frame begin or frame end. `out` is left alone at the end of the input and
-  // by an end of frame that follows an opening bracket or a separator; other ends of frame set nil.
+  // by an end of frame where an item was expected; other ends of frame set nil.
   // Once the end was answered it is answered again until initParse() or setSource().
   int getArg(lvArg& out) override;
   // Reads the next token. `out` is set for integers, strings and overflows only.

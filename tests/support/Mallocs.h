@@ -1,0 +1,87 @@
+// Counts every block that the program and the library in it get, and lets them run out of memory.
+//
+// For programs that link the static library and wrap malloc, realloc and free
+// (-Wl,--wrap=malloc and so on). It replaces operator new and delete too: include it in one source.
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+// The names are the linker's.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+void* __real_malloc(std::size_t size);
+void* __real_realloc(void* block, std::size_t size);
+void __real_free(void* block);
+void* __wrap_malloc(std::size_t size);
+void* __wrap_realloc(void* block, std::size_t size);
+void __wrap_free(void* block);
+}
+
+namespace test {
+
+// One thread at a time.
+struct Mallocs {
+  static constexpr int Never = -1;
+
+  static inline int alive = 0;          // blocks that were not freed
+  static inline int failAfter = Never;  // so many more calls succeed
+
+  // Whether the next call is to fail; it is counted.
+  static bool isOut() {
+    if (failAfter == 0) {
+      return true;
+    }
+    failAfter -= failAfter > 0 ? 1 : 0;
+    return false;
+  }
+};
+
+// Has the calls fail, after so many, until it is left.
+class OutOfMemory {
+ public:
+  explicit OutOfMemory(int after = 0) { Mallocs::failAfter = after; }
+  ~OutOfMemory() { Mallocs::failAfter = Mallocs::Never; }
+  OutOfMemory(OutOfMemory const&) = delete;
+  OutOfMemory& operator=(OutOfMemory const&) = delete;
+};
+
+}  // namespace test
+
+void* __wrap_malloc(std::size_t size) {
+  if (test::Mallocs::isOut()) {
+    return nullptr;
+  }
+  void* const block = __real_malloc(size);
+  test::Mallocs::alive += block != nullptr ? 1 : 0;
+  return block;
+}
+
+void* __wrap_realloc(void* block, std::size_t size) {
+  if (test::Mallocs::isOut()) {
+    return nullptr;
+  }
+  void* const moved = __real_realloc(block, size);
+  test::Mallocs::alive += block == nullptr && moved != nullptr ? 1 : 0;
+  return moved;
+}
+
+void __wrap_free(void* block) {
+  test::Mallocs::alive -= block != nullptr ? 1 : 0;
+  __real_free(block);
+}
+
+void* operator new(std::size_t size) {
+  void* const block = __wrap_malloc(size != 0 ? size : 1);
+  if (block == nullptr) {
+    throw std::bad_alloc();
+  }
+  return block;
+}
+void* operator new[](std::size_t size) { return operator new(size); }
+void operator delete(void* block) noexcept { __wrap_free(block); }
+void operator delete[](void* block) noexcept { __wrap_free(block); }
+void operator delete(void* block, std::size_t) noexcept { __wrap_free(block); }
+void operator delete[](void* block, std::size_t) noexcept { __wrap_free(block); }
+// NOLINTEND(bugprone-reserved-identifier)
