@@ -1,0 +1,54 @@
+# Sourced by the scripts: makes sure that the Debian packages they need are there.
+
+# What both commands need: CMake, and the compiler and the emulator for 32-bit ARM.
+packages_for_demo=(
+  cmake
+  g++-arm-linux-gnueabihf
+  ninja-build
+  qemu-user
+)
+
+packages_for_check=(
+  "${packages_for_demo[@]}"
+  ccache
+  clang-format
+  clang-tidy
+  g++
+  g++-i686-linux-gnu
+  googletest
+)
+
+# ensure_packages PACKAGE...
+#
+# Installs those that are missing, as root; else prints the line that does, and fails. When nothing is
+# missing it needs neither network nor root.
+ensure_packages() {
+  if ! command -v dpkg-query >/dev/null; then
+    echo "This script knows the packages of Debian 12 and found no dpkg-query here." >&2
+    return 1
+  fi
+
+  local installed package
+  local missing=()
+  installed=$(dpkg-query --show --showformat='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null) ||
+    true  # Its status says no more than that one of them is unknown.
+  for package in "$@"; do
+    if ! grep --quiet --line-regexp --fixed-strings "$package installed" <<<"$installed"; then
+      missing+=("$package")
+    fi
+  done
+  if [ ${#missing[@]} -eq 0 ]; then
+    echo "Nothing is missing."
+    return 0
+  fi
+
+  echo "Missing: ${missing[*]}"
+  if [ "$(id -u)" -ne 0 ]; then
+    echo "To install them, run this, and then this script again:" >&2
+    echo "  sudo apt-get update && sudo apt-get install --no-install-recommends ${missing[*]}" >&2
+    return 1
+  fi
+  apt-get -q update || return
+  DEBIAN_FRONTEND=noninteractive apt-get -q install --yes --no-install-recommends \
+    -o Dpkg::Use-Pty=0 "${missing[@]}"
+}
