@@ -1,0 +1,22 @@
+# Fails when PAGE names a test that no source below TESTS has.
+cmake_minimum_required(VERSION 3.25)
+
+file(GLOB_RECURSE sources "${TESTS}/*Test.cpp")
+foreach(source IN LISTS sources)
+  file(READ "${source}" text)
+  string(APPEND tests "${text}")
+endforeach()
+string(REGEX REPLACE "[ \n]+" " " tests "${tests}")
+
+file(READ "${PAGE}" page)
+string(REGEX MATCHALL "`[A-Za-z]+Oddities\\.[A-Za-z]+`" named "${page}")
+if(NOT named)
+  message(SEND_ERROR "${PAGE} names no test")
+endif()
+foreach(name IN LISTS named)
+  string(REGEX REPLACE "`([A-Za-z]+)\\.([A-Za-z]+)`" "(\\1, \\2)" written "${name}")
+  string(FIND "${tests}" "${written}" at)
+  if(at EQUAL -1)
+    message(SEND_ERROR "there is no test ${name}")
+  endif()
+endforeach()
