@@ -52,7 +52,12 @@ lvString const& lvrVector::getStaticClassDesc() {
 
 lvString const& lvrVector::getClassDesc() const { return getStaticClassDesc(); }
 
-int lvrVector::finalize() { return releaseData(); }
+int lvrVector::finalize() {
+  while (elements != nullptr) {  // Again, if something was inserted while elements were released.
+    releaseData();
+  }
+  return 0;
+}
 
 lvArg& lvrVector::slot(int position) const { return elements[(start + position) % alloced]; }
 
@@ -147,7 +152,7 @@ lvArg lvrVector::remove(int index) {
 }
 
 int lvrVector::remove(lvArg const& value) {
-  int const position = getElementPos(value);
+  int const position = lvrVector::getElementPos(value);
   if (position == NotFound) {
     return 0;
   }

@@ -70,7 +70,7 @@ class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
   // Deliberate: clear() keeps the cache, so a cleared vector still has the hash it had.
   unsigned int hashCode() const override;
   lvString const& getClassDesc() const override;
-  // As releaseData().
+  // As releaseData(), and what is inserted meanwhile goes too.
   int finalize() override;
   ~lvrVector() override;
 

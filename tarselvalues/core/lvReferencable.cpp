@@ -78,7 +78,7 @@ int lvReferencable::__removeRef() {
     if (--count_ != 0) {
       return 0;
     }
-    if ((typeByte_.load(std::memory_order_relaxed) & ImmortalBits) == ImmortalBits) {
+    if (isImmortal()) {
       count_ = ImmortalCount;
       return 0;
     }
@@ -95,9 +95,18 @@ void lvReferencable::__makeImmortal() {
   typeByte_.fetch_or(static_cast<std::uint8_t>(ImmortalBits), std::memory_order_relaxed);
 }
 
+bool lvReferencable::isImmortal() const {
+  return (typeByte_.load(std::memory_order_relaxed) & ImmortalBits) == ImmortalBits;
+}
+
 bool lvReferencable::isStillUnheld() {
   MutexGuard const guard(mutex_);
-  bool const revived = count_ > DyingCount && count_ < DyingCount / 2;
+  bool const ending = count_ < DyingCount / 2;  // Else finalize() was called by somebody else.
+  if (ending && isImmortal()) {
+    count_ = ImmortalCount;
+    return false;
+  }
+  bool const revived = ending && count_ > DyingCount;
   if (revived) {
     count_ -= DyingCount;
   }

@@ -99,7 +99,8 @@ class TARSELVALUES_API lvReferencable {
   static constexpr int FinalizeRefused = INT_MIN;
 
   // For such a finalize(), under the lock that guards the finding: false when somebody has taken a
-  // reference since the last one went. The count is then again the plain number of holders.
+  // reference, or made the object immortal, since the last reference went. The count is then put
+  // right again.
   TARSELVALUES_INTERNAL bool isStillUnheld();
 
  private:
@@ -112,6 +113,8 @@ class TARSELVALUES_API lvReferencable {
   static constexpr unsigned ImmortalBits = 0x03;
   static constexpr unsigned LowBits = 0x0F;
   static constexpr unsigned KindShift = 4;
+
+  bool isImmortal() const;
 
   // The count an immortal object gets in place of 0: high enough not to be back there soon.
   static constexpr std::int32_t ImmortalCount = 10000;

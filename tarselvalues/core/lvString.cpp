@@ -254,17 +254,18 @@ int lvString::compareTo(char const* text) const {
 
 int lvString::find(char c) const {
   char const* const text = *this;
-  return isNil() ? -1 : indexIn(text, std::strchr(text, c));
+  return string() == nullptr ? -1 : indexIn(text, std::strchr(text, c));
 }
 
 int lvString::find(char const* searched) const {
   char const* const text = *this;
-  return isNil() || searched == nullptr ? -1 : indexIn(text, std::strstr(text, searched));
+  return string() == nullptr || searched == nullptr ? -1
+                                                    : indexIn(text, std::strstr(text, searched));
 }
 
 int lvString::findRev(char c) const {
   char const* const text = *this;
-  return isNil() ? -1 : indexIn(text, std::strrchr(text, c));
+  return string() == nullptr ? -1 : indexIn(text, std::strrchr(text, c));
 }
 
 int lvString::operator[](int i) const {

@@ -123,6 +123,16 @@ TEST(InternedMaking, KeepsNulBytesInside) {
   EXPECT_FALSE(isShared(handle, lvString("a")));
 }
 
+TEST(InternedMaking, TellsTextsOfOneHashApart) {
+  for (std::string const& text : {"alike in all but the end."s, "alike\0in all but the end."s}) {
+    std::string const other = text.substr(0, text.size() - 1) + "!";
+    ASSERT_EQ(test::modelHash(text), test::modelHash(other));
+    lvString const handle = ofBytes(text);
+    EXPECT_FALSE(isShared(handle, ofBytes(other)));
+    EXPECT_TRUE(isShared(handle, ofBytes(text)));
+  }
+}
+
 TEST(InternedMaking, CopiesWithBothOwningModes) {
   for (int const mode : {lvrString::CopyAndOwn, lvrString::CopyAndOwnEmpty}) {
     std::string text = "copied";
@@ -247,6 +257,14 @@ TEST(InternedFromValue, AnInternedStringIsShared) {
   lvString const handle(value);
   EXPECT_TRUE(isShared(handle, value));
   EXPECT_EQ(countOf(value), 2);
+}
+
+// The entry of a length that is measured late is not what a look-up of its text finds.
+TEST(InternedFromValue, AnInternedStringIsSharedWithoutLookingItUp) {
+  lvArg const value = lvString(-2, "abc", lvrString::CopyAndOwn);
+  lvString const found("abc");
+  ASSERT_FALSE(isShared(found, value));
+  EXPECT_TRUE(isShared(lvString(value), value));
 }
 
 TEST(InternedFromValue, AnotherStringsTextIsInterned) {

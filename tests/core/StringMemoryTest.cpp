@@ -329,6 +329,11 @@ TEST(InternBuffer, KeepsTheBufferForANewText) {
   EXPECT_EQ(blocksOf([&] { cell.setNil(); }), -2);
 }
 
+TEST(InternBuffer, CutsTheBufferToTheTextAndItsNul) {
+  lvString const handle = internBuffer("taken over", 4090);
+  EXPECT_EQ(Mallocs::cutTo, 11U);
+}
+
 TEST(InternBuffer, MakesAnEntryAsAnyOther) {
   lvString const handle = internBuffer("taken over", 4090);
   EXPECT_EQ(handle.getReferencable(), lvString("taken over").getReferencable());

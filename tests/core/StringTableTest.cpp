@@ -311,7 +311,9 @@ TEST(StringTableLock, IsFreeAfterEveryOperation) {
   EXPECT_TRUE(isTableFree());
   handle = lvString();
   EXPECT_TRUE(isTableFree());
+  testing::internal::CaptureStderr();
   handle = missing;
+  testing::internal::GetCapturedStderr();
   EXPECT_TRUE(isTableFree());
 }
 

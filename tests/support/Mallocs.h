@@ -26,6 +26,7 @@ struct Mallocs {
   static constexpr int Never = -1;
 
   static inline int alive = 0;          // blocks that were not freed
+  static inline std::size_t cutTo = 0;  // what the last realloc() asked for
   static inline int failAfter = Never;  // so many more calls succeed
 
   // Whether the next call is to fail; it is counted.
@@ -62,6 +63,7 @@ void* __wrap_realloc(void* block, std::size_t size) {
   if (test::Mallocs::isOut()) {
     return nullptr;
   }
+  test::Mallocs::cutTo = size;
   void* const moved = __real_realloc(block, size);
   test::Mallocs::alive += block == nullptr && moved != nullptr ? 1 : 0;
   return moved;

@@ -1,0 +1,17 @@
+#include "support/ListContract.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+lvArg newVector() { return *lvrVector::defaultCtorMethod(); }
+lvArg newVectorOfNoRoom() { return lvVector(0); }
+lvArg newVectorOfNoArray() { return lvVector(-1); }
+
+INSTANTIATE_TEST_SUITE_P(OfTheLibrary, ListContract,
+                         ::testing::Values(test::ListMaker{"Vector", &newVector, false},
+                                           test::ListMaker{"NoRoom", &newVectorOfNoRoom, false},
+                                           test::ListMaker{"NoArray", &newVectorOfNoArray, false}),
+                         test::nameOfList);
+
+}  // namespace
