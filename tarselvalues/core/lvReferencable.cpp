@@ -101,14 +101,16 @@ bool lvReferencable::isImmortal() const {
 
 bool lvReferencable::isStillUnheld() {
   MutexGuard const guard(mutex_);
-  bool const ending = count_ < DyingCount / 2;  // Else finalize() was called by somebody else.
-  if (ending && isImmortal()) {
+  if (count_ >= DyingCount / 2) {
+    return true;  // Nobody let go: finalize() was called by itself.
+  }
+  if (count_ > DyingCount) {
+    count_ -= DyingCount;  // Found and held again.
+    return false;
+  }
+  if (isImmortal()) {
     count_ = ImmortalCount;
     return false;
   }
-  bool const revived = ending && count_ > DyingCount;
-  if (revived) {
-    count_ -= DyingCount;
-  }
-  return !revived;
+  return true;
 }

@@ -71,7 +71,7 @@ class TARSELVALUES_API lvrCommonSerializer : public lvReferencable {
   int deserializeFrameInto(lvArg& out, lvArgSource& src, lvArg const& kind);
 
   // Reads the rest of a tuple: the first item is the key, the second the value, others are dropped.
-  // Missing ones are nil. Always 0.
+  // A missing value is nil; without any item the key is nil and the value is left alone. Always 0.
   int deserializeTupleInto(lvArg& key, lvArg& value, lvArgSource& src);
 
   // Read the rest of a frame into what is there already. Items that fail, items outside of a tuple,

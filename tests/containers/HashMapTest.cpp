@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdint>
 #include <new>
 #include <string>
@@ -124,8 +125,10 @@ TEST(HashMapGet, OfAnEmptyMapDoesNotAskForTheHash) {
       return 0;
     }
   };
+  Held<lvrHashMap> const map(7U);
+  map->needStorage();
   lvArg const key(*new Unasked);
-  EXPECT_TRUE(Held<lvrHashMap>(7U)->get(key).isNil());
+  EXPECT_TRUE(map->get(key).isNil());
 }
 
 TEST(HashMapGet, FindsEveryKeyOfOneChain) {
@@ -336,6 +339,37 @@ TEST(HashMapPut, WithTheOldCellAsANewKeyLeavesItAlone) {
   map->put(cell, integer(1), &cell);
   EXPECT_EQ(textOf(cell), "key");
   EXPECT_EQ(entriesOf(*map), "'key'=1 ");
+}
+
+TEST(HashMapPut, WithTheOldCellAsTheValueOfANewKeyLeavesItAlone) {
+  Held<lvrHashMap> const map(7U);
+  lvArg cell = string("value");
+  map->put(integer(1), cell, &cell);
+  EXPECT_EQ(textOf(cell), "value");
+  EXPECT_EQ(entriesOf(*map), "1='value' ");
+}
+
+TEST(HashMapPut, OfNilUnderTheStoredKeyCellItselfRemovesTheEntry) {
+  for (int entries = 1; entries <= 2; ++entries) {  // The first one is kept, the second one freed.
+    Held<lvrHashMap> const map(1U);
+    map->put(string("key"), integer(1));
+    if (entries == 2) {
+      map->put(string("spare"), integer(1));
+      map->put(string("spare"), lvArg::NilValue);
+    }
+    map->put(Layout::buckets(*map)[0]->key, lvArg::NilValue);
+    EXPECT_EQ(map->getSize(), 0);
+    EXPECT_EQ(map->hashCode(), EmptyHash);
+  }
+}
+
+TEST(HashMapPut, OfAStoredValueCellItselfKeepsTheValue) {
+  Held<lvrHashMap> const map(1U);
+  lvArg const value = string("value");
+  map->put(integer(1), value);
+  map->put(integer(1), Layout::buckets(*map)[0]->value);
+  EXPECT_EQ(entriesOf(*map), "1='value' ");
+  EXPECT_EQ(countOf(value), 2);
 }
 
 TEST(HashMapPut, TakesAKeyAndAValueThatOnlyTheOldCellKeepsAlive) {
@@ -765,6 +799,30 @@ TEST(HashMapClear, ReleasesTheLastBucketFirstAndEachValueBeforeItsKey) {
   map->put(logging(log, "k1 ", 1), logging(log, "v1 "));
   map->clear();
   EXPECT_EQ(log, "v1 k1 v2 k2 v0 k0 ");
+}
+
+// A cell with the only reference to an object that throws when it goes.
+lvArg throwing() {
+  return acting([] { throw 1; });
+}
+
+TEST(HashMapClear, EndsTheProcessWhenAnEntryThrows) {
+  Held<lvrHashMap> const map(3U);
+  EXPECT_EXIT(
+      {
+        map->put(integer(1), throwing());
+        map->clear();
+      },
+      ::testing::KilledBySignal(SIGABRT), "");
+}
+
+TEST(HashMapFinalize, EndsTheProcessWhenAnEntryThrows) {
+  EXPECT_EXIT(
+      {
+        lvHashMap const map(3);
+        map->put(throwing(), integer(1));
+      },
+      ::testing::KilledBySignal(SIGABRT), "");
 }
 
 TEST(HashMapFreeStorage, FreesEntriesBucketsAndSpareEntryButKeepsTheirNumber) {

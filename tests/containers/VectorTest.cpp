@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <string>
 #include <utility>
 
@@ -643,6 +644,15 @@ TEST(VectorFinalize, RunsWhenTheLastReferenceGoes) {
   }
   EXPECT_EQ(log.finalized, 1);
   EXPECT_EQ(log.destroyed, 1);
+}
+
+TEST(VectorFinalize, EndsTheProcessWhenAnElementThrows) {
+  EXPECT_EXIT(
+      {
+        lvVector const vector(3);
+        vector->insert(acting([] { throw 1; }), -1);
+      },
+      ::testing::KilledBySignal(SIGABRT), "");
 }
 
 // --- hashCode ------------------------------------------------------------------------------------

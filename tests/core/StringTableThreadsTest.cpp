@@ -72,8 +72,6 @@ class Dropper {
 // An entry that the test's thread has let go another thread of, with the table locked.
 class LetGoEntry : public ::testing::Test {
  protected:
-  static constexpr char Text[] = "let go";
-
   void letGo() { dropper = std::make_unique<Dropper>(entry); }
 
   // Lets the thread of letGo() have the table, and tells whether it ended the entry.
@@ -85,26 +83,28 @@ class LetGoEntry : public ::testing::Test {
   }
 
   // Requires the table's lock.
-  static lvString find() {
+  lvString find() const {
     lvString found;
-    found.findSetFast(Text, -1, Mode, 0);
+    found.findSetFast(text.c_str(), -1, Mode, 0);
     return found;
   }
 
+  // A text of the test's own: an immortal entry stays.
+  std::string const text = ::testing::UnitTest::GetInstance()->current_test_info()->name();
   std::optional<TableLock> lock{std::in_place};
-  Entry& entry = take(Text);
+  Entry& entry = take(text);
   std::unique_ptr<Dropper> dropper;
 };
 
 TEST_F(LetGoEntry, EndsWhenNobodyFindsIt) {
   letGo();
   EXPECT_TRUE(arriveAndEnd());
-  EXPECT_EQ(entriesWith(Text), 0);
+  EXPECT_EQ(entriesWith(text), 0);
 }
 
 TEST_F(LetGoEntry, IsStillInTheTable) {
   letGo();
-  EXPECT_EQ(chainOf(Text).back(), &entry);
+  EXPECT_EQ(chainOf(text).back(), &entry);
   EXPECT_TRUE(arriveAndEnd());
 }
 
@@ -114,9 +114,9 @@ TEST_F(LetGoEntry, BelongsToWhoFindsIt) {
   EXPECT_EQ(found.getReferencable(), &entry);
   EXPECT_FALSE(arriveAndEnd());
   EXPECT_EQ(countOf(found), 1);
-  EXPECT_STREQ(found, Text);
-  EXPECT_EQ(lvString(Text).getReferencable(), &entry);
-  EXPECT_EQ(entriesWith(Text), 1);
+  EXPECT_EQ(textOf(found), text);
+  EXPECT_EQ(lvString(text.c_str()).getReferencable(), &entry);
+  EXPECT_EQ(entriesWith(text), 1);
 }
 
 TEST_F(LetGoEntry, CountsAllWhoFoundItAndTheirCopies) {
@@ -133,18 +133,18 @@ TEST_F(LetGoEntry, EndsWithItsFinder) {
   lvString found = find();
   EXPECT_FALSE(arriveAndEnd());
   found = lvString();
-  EXPECT_EQ(entriesWith(Text), 0);
+  EXPECT_EQ(entriesWith(text), 0);
 }
 
 TEST_F(LetGoEntry, IsLetGoByItsFindersWithoutWaiting) {
   letGo();
   for (int i = 0; i < 5; ++i) {
-    Entry& found = take(Text);
+    Entry& found = take(text);
     EXPECT_EQ(&found, &entry);
     EXPECT_EQ(found.__removeRef(), 0) << "the other thread is to end it";
   }
   EXPECT_TRUE(arriveAndEnd());
-  EXPECT_EQ(entriesWith(Text), 0);
+  EXPECT_EQ(entriesWith(text), 0);
 }
 
 TEST_F(LetGoEntry, BelongsToTheLastOfManyFinders) {
@@ -155,13 +155,13 @@ TEST_F(LetGoEntry, BelongsToTheLastOfManyFinders) {
   lvString const found = find();
   EXPECT_FALSE(arriveAndEnd());
   EXPECT_EQ(countOf(found), 1);
-  EXPECT_EQ(entriesWith(Text), 1);
+  EXPECT_EQ(entriesWith(text), 1);
 }
 
 TEST_F(LetGoEntry, IsFoundAgainWhileNobodyHoldsIt) {
   letGo();
-  EXPECT_EQ(&lookUp(Text), &entry);
-  EXPECT_EQ(&lookUp(Text), &entry);
+  EXPECT_EQ(&lookUp(text), &entry);
+  EXPECT_EQ(&lookUp(text), &entry);
   lvString const found = find();
   EXPECT_EQ(found.getReferencable(), &entry);
   EXPECT_FALSE(arriveAndEnd());
@@ -169,9 +169,9 @@ TEST_F(LetGoEntry, IsFoundAgainWhileNobodyHoldsIt) {
 
 TEST_F(LetGoEntry, EndsWhenItIsFoundButNotHeld) {
   letGo();
-  lookUp(Text);
+  lookUp(text);
   EXPECT_TRUE(arriveAndEnd());
-  EXPECT_EQ(entriesWith(Text), 0);
+  EXPECT_EQ(entriesWith(text), 0);
 }
 
 TEST_F(LetGoEntry, MayBeLetGoAndFoundAgainAndAgain) {
@@ -181,20 +181,20 @@ TEST_F(LetGoEntry, MayBeLetGoAndFoundAgainAndAgain) {
     EXPECT_FALSE(arriveAndEnd());
     EXPECT_EQ(countOf(entry), 1);
     lock.emplace();
-    take(Text);
+    take(text);
     found = lvString();
     letGo();
   }
   EXPECT_TRUE(arriveAndEnd());
-  EXPECT_EQ(entriesWith(Text), 0);
+  EXPECT_EQ(entriesWith(text), 0);
 }
 
 TEST_F(LetGoEntry, IsFoundByAllOtherWaysToo) {
   letGo();
   lvString const found = find();
   lock.reset();
-  lvString const joined = lvString("let ") + "go";
-  lvString const converted(test::string(Text));
+  lvString const joined = lvString(text.substr(0, 2).c_str()) + text.substr(2).c_str();
+  lvString const converted(test::string(text));
   EXPECT_FALSE(dropper->endedIt());
   EXPECT_EQ(joined.getReferencable(), &entry);
   EXPECT_EQ(converted.getReferencable(), &entry);
@@ -210,7 +210,7 @@ TEST_F(LetGoEntry, IsNeverEndedOnceItIsImmortal) {
   bool const ended = arriveAndEnd();
   ASSERT_FALSE(ended);
   EXPECT_EQ(countOf(entry), 10000);
-  EXPECT_EQ(lvString(Text).getReferencable(), &entry);
+  EXPECT_EQ(lvString(text.c_str()).getReferencable(), &entry);
 }
 
 TEST_F(LetGoEntry, CountsItsFindersThoughItIsImmortal) {
@@ -224,7 +224,7 @@ TEST_F(LetGoEntry, CountsItsFindersThoughItIsImmortal) {
 }
 
 TEST_F(LetGoEntry, OfTwoLastReferencesIsEndedByOneThread) {
-  take(Text);
+  take(text);
   bool firstEnded = false;
   std::thread first([&] { firstEnded = entry.__removeRef() == 1; });
   while (lockedCount(entry) > 1) {
@@ -235,7 +235,7 @@ TEST_F(LetGoEntry, OfTwoLastReferencesIsEndedByOneThread) {
   first.join();
   EXPECT_FALSE(firstEnded);
   EXPECT_TRUE(secondEnded);
-  EXPECT_EQ(entriesWith(Text), 0);
+  EXPECT_EQ(entriesWith(text), 0);
 }
 
 // The thread that is to end the entry has the table and waits for the entry's mutex: what others do
@@ -271,7 +271,7 @@ TEST_F(LetGoEntryAtItsMutex, BelongsToItsFinder) {
 TEST_F(LetGoEntryAtItsMutex, EndsWhenTheFinderHasLetGo) {
   found = lvString();
   EXPECT_TRUE(decide());
-  EXPECT_EQ(entriesWith(Text), 0);
+  EXPECT_EQ(entriesWith(text), 0);
 }
 
 TEST_F(LetGoEntryAtItsMutex, BelongsToACopyOfTheFinders) {
@@ -279,7 +279,7 @@ TEST_F(LetGoEntryAtItsMutex, BelongsToACopyOfTheFinders) {
   found = lvString();
   EXPECT_FALSE(decide());
   EXPECT_EQ(countOf(copy), 1);
-  EXPECT_STREQ(copy, Text);
+  EXPECT_EQ(textOf(copy), text);
 }
 
 // ---- Several entries at once -------------------------------------------------------------------

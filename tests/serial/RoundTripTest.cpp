@@ -13,8 +13,6 @@
 namespace {
 
 using test::described;
-using test::integer;
-using test::string;
 using test::Tree;
 using test::TreeMaker;
 

@@ -39,28 +39,27 @@ lvArg nestedValue() {
   return vectorOf({integer(1), mapOf({{string("k"), vectorOf({})}}), integer(2)});
 }
 
+// The calls for the nested value up to the one that fails, each without the blank behind it.
+std::string const enterMap = "enter(25,3) put(1) enter(24,1)";
+std::string const putKey = enterMap + " enter(32,2) put('k')";
+std::string const leaveInner = putKey + " enter(25,0) leave";
+std::string const leaveMap = leaveInner + " leave leave";
+
 TEST(SerializerFailures, OfEachCallEndTheLevelsAroundIt) {
   std::vector<std::string> const expected = {
       "-1: enter(25,3)!",
       "0: enter(25,3) put(1)! abort leave",
-      "0: enter(25,3) put(1) enter(24,1)! abort leave",
+      "0: " + enterMap + "! abort leave",
       // A level inside of a map that fails does not make the map fail.
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2)! abort leave put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k')! abort abort leave put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0)! abort abort leave"
-      " put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave! abort abort leave"
-      " put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave leave! abort leave"
-      " put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave leave leave! abort"
-      " leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave leave leave"
-      " put(2)! abort leave",
-      "-1: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave leave leave"
-      " put(2) leave!",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave leave leave"
-      " put(2) leave",
+      "0: " + enterMap + " enter(32,2)! abort leave put(2) leave",
+      "0: " + putKey + "! abort abort leave put(2) leave",
+      "0: " + putKey + " enter(25,0)! abort abort leave put(2) leave",
+      "0: " + leaveInner + "! abort abort leave put(2) leave",
+      "0: " + leaveInner + " leave! abort leave put(2) leave",
+      "0: " + leaveMap + "! abort leave",
+      "0: " + leaveMap + " put(2)! abort leave",
+      "-1: " + leaveMap + " put(2) leave!",
+      "0: " + leaveMap + " put(2) leave",
   };
   EXPECT_EQ(runsWith(nestedValue(), Failure), expected);
 }
@@ -72,29 +71,22 @@ TEST(SerializerFailures, OfEachCallAreTakenByTheirSignOnly) {
 }
 
 TEST(SerializerFailures, AreNoneForPositiveAnswersButToEnter) {
+  std::string const rest = " put(2) leave";
   std::vector<std::string> const expected = {
       "-1: enter(25,3)!",
-      "0: enter(25,3) put(1)! enter(24,1) enter(32,2) put('k') enter(25,0) leave leave leave"
-      " put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1)! abort leave",
+      "0: enter(25,3) put(1)! enter(24,1) enter(32,2) put('k') enter(25,0) leave leave leave" +
+          rest,
+      "0: " + enterMap + "! abort leave",
       // The tuple hands the answer on, and its map goes by the sign.
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2)! leave put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k')! enter(25,0) leave leave leave"
-      " put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0)! abort abort leave"
-      " put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave! leave leave"
-      " put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave leave! leave"
-      " put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave leave leave!"
-      " put(2) leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave leave leave"
-      " put(2)! leave",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave leave leave"
-      " put(2) leave!",
-      "0: enter(25,3) put(1) enter(24,1) enter(32,2) put('k') enter(25,0) leave leave leave"
-      " put(2) leave",
+      "0: " + enterMap + " enter(32,2)! leave" + rest,
+      "0: " + putKey + "! enter(25,0) leave leave leave" + rest,
+      "0: " + putKey + " enter(25,0)! abort abort leave" + rest,
+      "0: " + leaveInner + "! leave leave" + rest,
+      "0: " + leaveInner + " leave! leave" + rest,
+      "0: " + leaveMap + "!" + rest,
+      "0: " + leaveMap + " put(2)! leave",
+      "0: " + leaveMap + " put(2) leave!",
+      "0: " + leaveMap + rest,
   };
   EXPECT_EQ(runsWith(nestedValue(), Positive), expected);
   EXPECT_EQ(runsWith(nestedValue(), 1), expected);
