@@ -19,7 +19,6 @@ namespace {
 
 using namespace std::string_literals;
 using test::bookkeepingOf;
-using test::bytesOf;
 using test::countOf;
 using test::entriesWith;
 using test::entryOf;
@@ -176,7 +175,7 @@ TEST(InternedMaking, AfterTheLastHandleMakesANewEntry) {
 }
 
 TEST(InternedMaking, OfALongTextSharesTheEntryAsWell) {
-  for (std::size_t const size : {65534, 65535, 65536}) {
+  for (std::size_t const size : std::vector<std::size_t>{65534, 65535, 65536}) {
     std::string const text(size, 'x');
     lvString const handle(text.c_str());
     EXPECT_EQ(handle.length(), static_cast<int>(size));

@@ -311,7 +311,7 @@ TEST_F(InternedHandleOutOfMemory, IsAsItWasWhenItIsJoinedOrCut) {
 
 char* bufferOf(std::string const& text, std::size_t room) {
   auto* const buffer = static_cast<char*>(std::malloc(room));
-  std::memcpy(buffer, text.data(), text.size());
+  text.copy(buffer, text.size());
   return buffer;
 }
 

@@ -9,7 +9,6 @@
 #include <string>
 
 #include "support/Cells.h"
-#include "support/StringModel.h"
 #include "support/StringObjects.h"
 #include "tarselvalues/core/lvArg.h"
 #include "tarselvalues/core/lvReferencable.h"
@@ -24,7 +23,6 @@ using test::integer;
 using test::isBorrowed;
 using test::pointer;
 using test::setCopy;
-using test::signOf;
 
 using StringObjectOddities = test::StringObjectTest;
 

@@ -326,7 +326,7 @@ TEST_F(StringObjectLength, CountsBytesBehindANulBelowTheLimitOnly) {
   text[100] = '\0';
   setCopy(string, text);
   EXPECT_EQ(string.getLength(), 65534);
-  for (std::size_t const length : {65535, 65536}) {
+  for (std::size_t const length : std::vector<std::size_t>{65535, 65536}) {
     text.resize(length, 'x');
     setCopy(string, text);
     EXPECT_EQ(string.getLength(), 100);
@@ -497,7 +497,7 @@ TEST_F(StringObjectEquiv, TellsLengthsOfOneHashApart) {
 }
 
 TEST_F(StringObjectEquiv, ComparesWholeTextsFromTheLengthLimitOn) {
-  for (std::size_t const size : {65533, 65534, 65535, 65536}) {
+  for (std::size_t const size : std::vector<std::size_t>{65533, 65534, 65535, 65536}) {
     std::string const shorter = beginningOfOneHash(size);
     std::string const longer = shorter + "!";
     EXPECT_EQ(equiv(shorter, shorter), 1) << size;

@@ -142,7 +142,7 @@ TEST_F(StringTableChain, FindsEachOfItsEntries) {
 }
 
 TEST_F(StringTableChain, ClosesOverAnEntryThatLeavesItAnywhere) {
-  for (std::size_t const leaving : {0, 1, 2, 3}) {
+  for (std::size_t leaving = 0; leaving < texts.size(); ++leaving) {
     std::vector<lvString> handles;
     std::vector<std::string> expected = texts;
     for (std::string const& text : texts) {

@@ -292,7 +292,7 @@ TEST(LetGoEntries, OfOneChainEndEachByItself) {
   lvString found;
   {
     TableLock const lock;
-    for (std::size_t const i : {0, 2, 3}) {
+    for (std::size_t const i : std::array<std::size_t, 3>{0, 2, 3}) {
       droppers.push_back(std::make_unique<Dropper>(take(texts[i])));
     }
     found.findSetFast(texts[2].c_str(), -1, Mode, 0);

@@ -31,7 +31,7 @@ inline unsigned modelHash(std::string const& text) {
 }
 
 // Up to the first NUL.
-inline std::string visible(std::string const& text) { return text.c_str(); }
+inline std::string visible(std::string const& text) { return text.substr(0, text.find('\0')); }
 
 inline int signOf(int value) { return value < 0 ? -1 : value > 0 ? 1 : 0; }
 

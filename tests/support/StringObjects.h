@@ -41,13 +41,13 @@ inline int setCopy(lvrString& string, std::string const& text) {
 // A string object without text, held by a cell.
 class HeldString {
  public:
-  HeldString() = default;
-  explicit HeldString(std::string const& text) { setCopy(**this, text); }
+  HeldString() : cell(*lvrString::defaultCtorMethod()) {}
+  explicit HeldString(std::string const& text) : HeldString() { setCopy(**this, text); }
 
   lvrString& operator*() const { return static_cast<lvrString&>(*cell.getReferencable()); }
   lvrString* operator->() const { return &**this; }
 
-  lvArg const cell = *lvrString::defaultCtorMethod();
+  lvArg const cell;
 };
 
 class StringObjectTest : public ::testing::Test {
