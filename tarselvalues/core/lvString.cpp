@@ -32,6 +32,12 @@ constexpr int Measure = -1;
 // A look-up with this hash computes it.
 constexpr unsigned int UnknownHash = 0;
 
+// An entry that somebody released by hand has no text.
+bool hasBytes(char const* entryText, char const* text, int length) {
+  return length == 0 || (entryText != nullptr &&
+                         std::memcmp(entryText, text, static_cast<std::size_t>(length)) == 0);
+}
+
 int indexIn(char const* text, char const* found) {
   return found != nullptr ? static_cast<int>(found - text) : -1;
 }
@@ -83,9 +89,7 @@ lvString::StringEntry** lvString::findLink(char const* text, int length, unsigne
   StringEntry** link = &getHashTable()->chainOf(hash);
   while (*link != nullptr) {
     StringEntry const& candidate = **link;
-    if (candidate.getLength() == length &&
-        (length == 0 ||
-         std::memcmp(candidate.getText(), text, static_cast<std::size_t>(length)) == 0)) {
+    if (candidate.getLength() == length && hasBytes(candidate.getText(), text, length)) {
       break;
     }
     link = &(*link)->next_;
@@ -232,7 +236,7 @@ lvString::operator char const*() const {
 
 int lvString::length() const {
   lvrString const* const held = string();
-  return held != nullptr ? held->getLength() : 0;
+  return held != nullptr && held->getText() != nullptr ? held->getLength() : 0;
 }
 
 int lvString::compareTo(lvString const& other) const {

@@ -188,7 +188,7 @@ lvArg lvrString::toString() const { return lvArg(*this); }
 
 int lvrString::setStringData(char const* newText, int newLength, int mode) {
   // A text inside the one that is about to be freed cannot be borrowed.
-  bool const mustCopy = mode == Borrow && ownsTextAt(newText);
+  bool const mustCopy = (mode & CopyBits) == 0 && ownsTextAt(newText);
   char* const old = hasFlag(BorrowedFlag) ? nullptr : const_cast<char*>(text_);
   int const status = setStringDataFast(newText, newLength, mustCopy ? CopyAndOwn : mode);
   if (status == 0) {
