@@ -671,7 +671,7 @@ TEST(HashMapSetHashSize, FreesTheBucketsOfAnEmptyMap) {
 TEST(HashMapSetHashSize, ToTheSameNumberKeepsTheBuckets) {
   Held<lvrHashMap> const map(7U);
   map->needStorage();
-  auto* const before = Layout::buckets(*map);
+  auto const* const before = Layout::buckets(*map);
   EXPECT_EQ(map->setHashSize(7), 0);
   EXPECT_EQ(Layout::buckets(*map), before);
 }
@@ -686,7 +686,7 @@ TEST(HashMapSetHashSize, ToTheSameNumberSucceedsOnAFilledMap) {
 TEST(HashMapSetHashSize, OfAFilledMapAnswersBusyAndChangesNothing) {
   Held<lvrHashMap> const map(3U);
   map->put(integer(1), integer(10));
-  auto* const before = Layout::buckets(*map);
+  auto const* const before = Layout::buckets(*map);
   EXPECT_EQ(map->setHashSize(5), -16);
   EXPECT_EQ(map->setHashSize(0), -16);
   EXPECT_EQ(Layout::hashSize(*map), 3U);
@@ -733,7 +733,7 @@ TEST(HashMapNeedStorage, MakesEmptyBuckets) {
 TEST(HashMapNeedStorage, KeepsTheBucketsThatAreThere) {
   Held<lvrHashMap> const map(3U);
   map->put(integer(1), integer(10));
-  auto* const before = Layout::buckets(*map);
+  auto const* const before = Layout::buckets(*map);
   EXPECT_EQ(map->needStorage(), 0);
   EXPECT_EQ(Layout::buckets(*map), before);
   EXPECT_EQ(entriesOf(*map), "1=10 ");
@@ -765,7 +765,7 @@ TEST(HashMapClear, RemovesAllEntriesAndKeepsTheBuckets) {
   for (int i = 0; i < 10; ++i) {
     map->put(integer(i), integer(i));
   }
-  auto* const before = Layout::buckets(*map);
+  auto const* const before = Layout::buckets(*map);
   EXPECT_EQ(map->clear(), 0);
   EXPECT_EQ(map->getSize(), 0);
   EXPECT_TRUE(map->get(integer(1)).isNil());

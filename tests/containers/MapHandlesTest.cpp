@@ -167,7 +167,7 @@ class MapCursorHandle : public ::testing::Test {
 };
 
 using MapCursorHandles = ::testing::Types<lvMapEnumerator, lvMapIterator, lvMapRWIterator>;
-TYPED_TEST_SUITE(MapCursorHandle, MapCursorHandles);
+TYPED_TEST_SUITE(MapCursorHandle, MapCursorHandles, );
 
 TYPED_TEST(MapCursorHandle, HoldsOneEnumeratorAndDeletesIt) {
   {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -22,9 +23,9 @@ class CellPool {
       add(integer(value), "integer " + std::to_string(value),
           static_cast<unsigned>(value) * 0xFFFFA460U + 0x110D5U);
     }
-    for (unsigned const eighth : {1U, 2U, 3000U}) {
+    for (std::uintptr_t const eighth : {1U, 2U, 3000U}) {
       add(pointer(8 * eighth), "address " + std::to_string(8 * eighth),
-          eighth * 0xFFFFA460U + 0x110D5U);
+          static_cast<unsigned>(eighth) * 0xFFFFA460U + 0x110D5U);
     }
     for (char const* const text : {"", "a", "b", "42", "a longer text"}) {
       for (int twin = 0; twin < 2; ++twin) {  // Two objects of one text are equal.

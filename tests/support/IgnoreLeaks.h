@@ -9,15 +9,21 @@ namespace test {
 
 class IgnoreLeaks {
  public:
-#if defined(__SANITIZE_ADDRESS__)
-  IgnoreLeaks() { __lsan_disable(); }
-  ~IgnoreLeaks() { __lsan_enable(); }
-#else
-  IgnoreLeaks() {}   // Not defaulted: an unused
-  ~IgnoreLeaks() {}  // variable would be warned of.
-#endif
+  IgnoreLeaks() { setIgnored(true); }
+  ~IgnoreLeaks() { setIgnored(false); }
   IgnoreLeaks(IgnoreLeaks const&) = delete;
   IgnoreLeaks& operator=(IgnoreLeaks const&) = delete;
+
+ private:
+  static void setIgnored([[maybe_unused]] bool ignored) {
+#if defined(__SANITIZE_ADDRESS__)
+    if (ignored) {
+      __lsan_disable();
+    } else {
+      __lsan_enable();
+    }
+#endif
+  }
 };
 
 }  // namespace test
