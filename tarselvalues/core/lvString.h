@@ -114,9 +114,9 @@ class TARSELVALUES_API lvString : public lvArg {
   using lvArg::compareTo;
 
   // Byte index of the first or, for findRev, last occurrence; -1 when there is none, when the
-  // handle is nil or `text` is null.
+  // handle is nil or `searched` is null.
   int find(char c) const;
-  int find(char const* text) const;
+  int find(char const* searched) const;
   int findRev(char c) const;
 
   // Returns the byte at `i` as 0-255; -1 when nil or when `i` is outside the text.
