@@ -9,8 +9,9 @@
 //            need the object for themselves.
 // Errors:    setters answer 0, -12 (out of memory) or -38 (no text form) and then leave the string
 //            as it was.
-// No text:   a new string, and one that was released, has no text. It then hashes and compares as
-//            the empty text would, and is equivalent only to itself and to others without text.
+// No text:   a new string, and one that was released, has no text. It then compares as the empty
+//            text would, and is equivalent only to itself and to others without text. A released
+//            one keeps its length and a hash that was computed before; else it hashes as "" does.
 // Layout:    on 32-bit ARM: text 36, length 40, flags 42, cached hash 44, size 48.
 #pragma once
 
