@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "tarselvalues/containers/DeliveredOld.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/Reference.h"
 
@@ -140,11 +141,7 @@ int lvrHashMap::put(lvArg const& key, lvArg const& value, lvArg* old) {
     }
     return 0;
   }
-  lvArg overwritten;  // Released last, when the map is whole again.
-  if (old != nullptr) {
-    overwritten = std::move(*old);
-    old->assign(entry->value);
-  }
+  tarselvalues::DeliveredOld const delivered(old, entry->value);
   if (value.isNil()) {
     removeEntry(link, hash);
   } else {

@@ -4,21 +4,17 @@
 #include <memory>
 #include <utility>
 
+#include "tarselvalues/containers/ElementArrays.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/Reference.h"
 
 namespace {
 
+using tarselvalues::cutToLimit;
+
 constexpr int DefaultCapacity = 7;
 constexpr int NotFound = -1;
 constexpr int Last = -1;
-
-constexpr std::uint32_t HashStart = 74641;  // times the number of elements
-constexpr std::uint32_t HashFactor = 4294938761;
-
-std::uint16_t cutToLimit(int capacity) {
-  return static_cast<std::uint16_t>(std::clamp(capacity, 0, lvrVector::MaxSize));
-}
 
 }  // namespace
 
@@ -65,11 +61,8 @@ lvArg& lvrVector::slot(int position) const { return elements[(start + position) 
 
 unsigned int lvrVector::hashCode() const {
   if (flags == 0) {
-    std::uint32_t hash = HashStart * count;
-    for (int i = count - 1; i >= 0; --i) {
-      hash = hash * HashFactor + slot(i).hashCode();
-    }
-    hashCache = hash;
+    hashCache =
+        tarselvalues::hashElements(count, [this](int i) -> lvArg const& { return slot(i); });
     flags = HashCached;
   }
   return hashCache;
@@ -113,7 +106,7 @@ bool lvrVector::insert(lvArg const& value, int index) {
     return false;
   }
   lvArg incoming(value);  // It may lie in the array that is about to move.
-  if (count >= alloced && setAlloced(count * 3 / 2 + 10) < 0) {
+  if (count >= alloced && setAlloced(tarselvalues::grownCapacity(count)) < 0) {
     return false;
   }
   int const size = count;
