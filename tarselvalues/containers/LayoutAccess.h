@@ -3,7 +3,11 @@
 
 #include <cstddef>
 
+#include "tarselvalues/containers/lvrDLList.h"
 #include "tarselvalues/containers/lvrHashMap.h"
+#include "tarselvalues/containers/lvrSortedArrayList.h"
+#include "tarselvalues/containers/lvrStack.h"
+#include "tarselvalues/containers/lvrTupleSet.h"
 #include "tarselvalues/containers/lvrVector.h"
 #include "tarselvalues/core/LayoutAccess.h"
 
@@ -65,6 +69,75 @@ struct lvLayoutAccess<lvrVector::RealEnumerator> {
   using T = lvrVector::RealEnumerator;
   static constexpr std::size_t positionOffset = offsetof(T, position);
   static constexpr std::size_t vectorOffset = offsetof(T, vector);
+};
+
+template <>
+struct lvLayoutAccess<lvrTupleSet> {
+  static constexpr std::size_t entriesOffset = offsetof(lvrTupleSet, entries);
+  static constexpr std::size_t countOffset = offsetof(lvrTupleSet, count);
+  static constexpr std::size_t allocatedOffset = offsetof(lvrTupleSet, allocated);
+  static int allocated(lvrTupleSet const& set) { return set.allocated; }
+  static unsigned increment(lvrTupleSet const& set) { return set.increment; }
+  static unsigned setFlags(lvrTupleSet const& set) { return set.setFlags; }
+  static lvrTupleSet::Pair const* entries(lvrTupleSet const& set) { return set.entries; }
+};
+
+template <>
+struct lvLayoutAccess<lvrTupleSet::IteratorLogic> {
+  using T = lvrTupleSet::IteratorLogic;
+  static constexpr std::size_t setOffset = offsetof(T, set);
+  static constexpr std::size_t currentOffset = offsetof(T, current);
+  static constexpr std::size_t indexOffset = offsetof(T, index);
+};
+
+template <>
+struct lvLayoutAccess<lvrStack> {
+  static constexpr std::size_t elementsOffset = offsetof(lvrStack, elements);
+  static constexpr std::size_t allocedOffset = offsetof(lvrStack, alloced);
+  static constexpr std::size_t countOffset = offsetof(lvrStack, count);
+  static constexpr std::size_t flagsOffset = offsetof(lvrStack, flags);
+  static constexpr std::size_t hashCacheOffset = offsetof(lvrStack, hashCache);
+  static int alloced(lvrStack const& stack) { return stack.alloced; }
+  static unsigned flags(lvrStack const& stack) { return stack.flags; }
+  static lvArg const* elements(lvrStack const& stack) { return stack.elements; }
+};
+
+template <>
+struct lvLayoutAccess<lvrDLList> {
+  static constexpr std::size_t countOffset = offsetof(lvrDLList, count);
+  static constexpr std::size_t headOffset = offsetof(lvrDLList, head);
+  static constexpr std::size_t tailOffset = offsetof(lvrDLList, tail);
+  static lvrDLList::lvrDLListNode const* head(lvrDLList const& list) { return list.head; }
+  static lvrDLList::lvrDLListNode const* tail(lvrDLList const& list) { return list.tail; }
+};
+
+template <>
+struct lvLayoutAccess<lvrDLList::IteratorLogic> {
+  using T = lvrDLList::IteratorLogic;
+  static constexpr std::size_t listOffset = offsetof(T, list);
+  static constexpr std::size_t nodeOffset = offsetof(T, node);
+  static constexpr std::size_t invalidOffset = offsetof(T, invalid);
+  static constexpr std::size_t indexOffset = offsetof(T, index);
+};
+
+template <>
+struct lvLayoutAccess<lvrSortedArrayList> {
+  static constexpr std::size_t arrayOffset = offsetof(lvrSortedArrayList, array);
+  static constexpr std::size_t countOffset = offsetof(lvrSortedArrayList, count);
+  static constexpr std::size_t capacityOffset = offsetof(lvrSortedArrayList, capacity);
+  static int capacity(lvrSortedArrayList const& list) { return list.capacity; }
+  static unsigned growStep(lvrSortedArrayList const& list) { return list.growStep; }
+  static unsigned allowDuplicates(lvrSortedArrayList const& list) { return list.allowDuplicates; }
+  static lvArg const* array(lvrSortedArrayList const& list) { return list.array; }
+};
+
+template <>
+struct lvLayoutAccess<lvrSortedArrayList::BaseEnumerator> {
+  using T = lvrSortedArrayList::BaseEnumerator;
+  static constexpr std::size_t arrayOffset = offsetof(T, array);
+  static constexpr std::size_t currentOffset = offsetof(T, current);
+  static constexpr std::size_t indexOffset = offsetof(T, index);
+  static constexpr std::size_t countOffset = offsetof(T, count);
 };
 
 #pragma GCC diagnostic pop

@@ -100,6 +100,13 @@ class TARSELVALUES_API lvArg {
   // Borrows the object until the cell changes; null when the cell holds no reference.
   lvReferencable* getReferencable() const { return isReference() ? object() : nullptr; }
 
+  // For whoever stores the cell: bits 5-31 of the first word, here as a number of 27 bits. Their
+  // meaning is the holder's own.
+  std::uint32_t getBookkeeping() const { return tagWord_ >> TagBits; }
+  void setBookkeeping(std::uint32_t bits) {
+    tagWord_ = (bits << TagBits) | static_cast<std::uint32_t>(getType());
+  }
+
   // --- Comparing --------------------------------------------------------------------------------
 
   // Identity: the same cell, both nil, or equal tags and equal second words. Two string objects
@@ -171,7 +178,8 @@ class TARSELVALUES_API lvArg {
   template <class T>
   friend struct lvLayoutAccess;
 
-  static constexpr std::uint32_t TagMask = 0x1F;
+  static constexpr unsigned TagBits = 5;
+  static constexpr std::uint32_t TagMask = (1U << TagBits) - 1;
 
   constexpr lvArg(ValueType tag, std::uintptr_t word) noexcept : tagWord_(tag), payload_(word) {}
 

@@ -6,6 +6,7 @@
 #include "tarselvalues/core/LayoutAccess.h"
 #include "tarselvalues/reflect/lvClass.h"
 #include "tarselvalues/reflect/lvrClass.h"
+#include "tarselvalues/reflect/lvtClassRegistry.h"
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"  // All classes here have a fixed layout.
@@ -16,6 +17,11 @@ struct lvLayoutAccess<lvrClass> {
   static constexpr std::size_t superClassOffset = offsetof(lvrClass, superClass_);
   static constexpr std::size_t classNameOffset = offsetof(lvrClass, className_);
   static constexpr std::size_t reflectionOffset = offsetof(lvrClass, reflection_);
+};
+
+template <>
+struct lvLayoutAccess<lvtClassRegistry> {
+  static constexpr std::size_t classesOffset = offsetof(lvtClassRegistry, classes_);
 };
 
 #pragma GCC diagnostic pop

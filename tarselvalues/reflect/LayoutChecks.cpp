@@ -17,6 +17,13 @@ static_assert(Class::superClassOffset == Class::defaultCtorOffset + pointerSize)
 static_assert(Class::classNameOffset == Class::superClassOffset + sizeof(lvArg));
 static_assert(Class::reflectionOffset == Class::classNameOffset + sizeof(lvArg));
 
+static_assert(lvLayoutAccess<lvtClassRegistry>::classesOffset == pointerSize);
+
+static_assert(offsetof(lvrClass::GenericMemberOffsetTable, count) == 0 &&
+              offsetof(lvrClass::GenericMemberOffsetTable, entryWidth) == 2 &&
+              offsetof(lvrClass::GenericMemberOffsetTable, entries) == pointerSize &&
+              offsetof(lvrClass::GenericMemberOffsetTable, names) == 2 * pointerSize);
+
 // On 32-bit targets: the numbers themselves.
 static_assert(!isIlp32 || (Class::defaultCtorOffset == 36 && Class::superClassOffset == 40 &&
                            Class::classNameOffset == 48 && Class::reflectionOffset == 56 &&

@@ -1,12 +1,22 @@
 // lvrClass: the run-time description of a class of lvReferencable objects: its name, its
-// superclass, and the function that makes a default instance.
+// superclass, the function that makes a default instance, and up to ten tables that list its fields
+// and methods.
 //
-// Ownership: holds references to its name and to its superclass.
-// Threads:   one thread at a time while it is set up; any number may ask it afterwards.
-// Errors:    -1, with nothing changed.
-// Life:      descriptors are meant to live as long as the process.
+// The library itself uses the table of kind Fields: the serializer writes and reads those. What the
+// other kinds stand for is the program's own. lvClassBuilder fills the tables from member pointers.
+//
+// Ownership: holds references to its name, its superclass and its tables' names.
+// Threads:   one thread at a time while it is set up; any number may ask it afterwards, and use it
+//            on objects of their own.
+// Errors:    -1, with nothing changed: for an index outside of a table, too, and for an entry that
+//            was never filled in.
+// Life:      descriptors are meant to live as long as the process. Deliberate: the tables of one that
+//            goes earlier are never freed.
 // Layout:    on 32-bit ARM: default constructor 36, superclass 40, name 48, reflection 56, size 60.
 #pragma once
+
+#include <cstddef>
+#include <cstdint>
 
 #include "tarselvalues/core/Export.h"
 #include "tarselvalues/core/lvReferencable.h"
@@ -15,6 +25,35 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
  public:
   // Makes a new instance that nobody holds yet.
   using DefaultCtor = lvReferencable*();
+
+  // The kinds of table. Odd kinds describe functions that are called without an object. An entry is
+  // one machine word, or two for member functions.
+  enum OffsetTableType : unsigned int {
+    Fields = 0,  // byte offsets of lvArg fields, from the object's lvReferencable on
+    Functions1 = 1,
+    Methods2 = 2,
+    Functions3 = 3,
+    Methods4 = 4,
+    Functions5 = 5,
+    Fields6 = 6,
+    Functions7 = 7,
+    Methods8 = 8,
+    Functions9 = 9,
+  };
+  static constexpr unsigned int TableCount = 10;
+
+  // The shapes of what is called through the tables. What it returns is ignored.
+  using Method = void (lvReferencable::*)(lvArg& result, lvArg const& argument);
+  using MethodNArgs = void (lvReferencable::*)(lvArg& result, lvArg const* arguments, int count);
+  using Function = void(lvArg& result, lvArg const* arguments, int count);
+
+  // One table.
+  struct GenericMemberOffsetTable {
+    std::uint16_t count = 0;
+    std::uint8_t entryWidth = 0;  // in bytes
+    void* entries = nullptr;      // from malloc
+    lvArg names;                  // nil, or an lvrHashMap from name to index
+  };
 
   // Makes a descriptor without name, superclass and constructor.
   lvrClass();
@@ -47,14 +86,75 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
   // Returns a new default instance, or null when the class has no constructor.
   lvReferencable* instantiateDefaultObject() const;
 
+  // --- Asking -----------------------------------------------------------------------------------
+
+  // Returns the number of entries of a table, inherited ones included; 0 if there is no such table.
+  int getNItems(OffsetTableType kind) const;
+
+  // Returns the index that a table of this class gives for a name, or -1. Superclasses are not
+  // searched. Deliberate: names count from the front of the table, inherited entries included,
+  // though they were given for the class's own.
+  int localLookupIndex(OffsetTableType kind, lvArg const& key) const;
+
+  // --- Fields -----------------------------------------------------------------------------------
+  // Of the even kinds with one-word entries; return 0 or -1.
+
+  int setFieldAt(lvReferencable& object, lvArg const& value, OffsetTableType kind, int index) const;
+  int getFieldAt(lvArg& out, lvReferencable const& object, OffsetTableType kind, int index) const;
+
+  // The same in the table of kind Fields, by name.
+  int setObjectField(lvReferencable& object, lvArg const& name, lvArg const& value) const;
+  int getObjectField(lvArg& out, lvReferencable const& object, lvArg const& name) const;
+
+  // --- Methods ----------------------------------------------------------------------------------
+  // Return 0 when the method was called, else -1.
+
+  // Calls a member function, of shape Method, on `object`.
+  int invokeMethod(lvReferencable& object, lvArg& result, lvArg const& argument,
+                   OffsetTableType kind, int index);
+  int invokeMethod(lvReferencable& object, lvArg& result, lvArg const& argument,
+                   OffsetTableType kind, lvArg const& name);
+
+  // Calls a member function, of shape MethodNArgs, on `object`; or, of an odd kind, a plain
+  // function without it.
+  int invokeMethodNArgs(lvReferencable& object, lvArg& result, lvArg const* arguments, int count,
+                        OffsetTableType kind, int index);
+  int invokeMethodNArgs(lvReferencable& object, lvArg& result, lvArg const* arguments, int count,
+                        OffsetTableType kind, lvArg const& name);
+
+  // --- Filling the tables -----------------------------------------------------------------------
+  // Return 0 or -1. Entries of the nearest superclass that has a table of the kind come first.
+
+  // Makes a table from `n` entries at `table`, with `gap` bytes between them (-1: an entry's
+  // width). 0 with nothing done for a null table; -1 when there is a table already.
+  int setDirectObjectOffsets(OffsetTableType kind, int n, void const* table, int gap);
+
+  // The same, with as many names.
+  int setDirectObjectNamedOffsets(OffsetTableType kind, int n, void const* table,
+                                  char const* const* names);
+
+  // The same from `n` pairs: an entry, and a char const* at the start of a slot of the same width.
+  int setDirectObjectInterleavedNamedOffsets(OffsetTableType kind, int n, void const* table);
+
+  // The steps of the above.
+  int needReflection();
+  int needOffsetTable(OffsetTableType kind, int n, GenericMemberOffsetTable const* base);
+  int needNames(OffsetTableType kind, int n);
+
  private:
   template <class T>
   friend struct lvLayoutAccess;
 
-  struct GenericMemberOffsetTable;
+  TARSELVALUES_INTERNAL GenericMemberOffsetTable* tableOf(OffsetTableType kind) const;
+  TARSELVALUES_INTERNAL unsigned char const* entryAt(OffsetTableType kind, int index) const;
+  TARSELVALUES_INTERNAL std::ptrdiff_t fieldOffset(OffsetTableType kind, int index) const;
+  TARSELVALUES_INTERNAL GenericMemberOffsetTable const* inheritedTable(OffsetTableType kind) const;
+  TARSELVALUES_INTERNAL void dropTable(OffsetTableType kind);
+  template <class NameAt>
+  TARSELVALUES_INTERNAL int nameEntries(OffsetTableType kind, int n, NameAt nameAt);
 
   DefaultCtor* defaultCtor_;
   lvArg superClass_;
   lvArg className_;
-  GenericMemberOffsetTable** reflection_;  // null: no members are described
+  GenericMemberOffsetTable** reflection_;  // TableCount of them, each or all may be null
 };

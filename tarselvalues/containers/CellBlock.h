@@ -1,0 +1,105 @@
+// Growable arrays of cells that are kept sorted: what the tuple set and the sorted list share. Not
+// for users.
+//
+// An item is one cell or a pair of them. The array comes from realloc() and is moved bytewise: a
+// cell has no address of its own that anything points to, so neither growth nor making room touches
+// a reference count. Items beyond those in use are all-zero, which is nil.
+#pragma once
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "tarselvalues/core/lvArg.h"
+
+namespace tarselvalues {
+
+constexpr int GrowthFailed = -12;
+
+// The exit status of a container that cannot grow during an insertion.
+constexpr int GrowthExitStatus = 13;
+
+// Zeroes `n` items without releasing what they hold.
+template <class Item>
+void zeroItems(Item* items, std::int32_t n) {
+  std::memset(static_cast<void*>(items), 0, static_cast<std::size_t>(n) * sizeof(Item));
+}
+
+template <class Item>
+void moveItems(Item* to, Item const* from, std::int32_t n) {
+  std::memmove(static_cast<void*>(to), static_cast<void const*>(from),
+               static_cast<std::size_t>(n) * sizeof(Item));
+}
+
+// Makes room for `needed` items: by `step`, or by as many as it takes. Returns 0, or GrowthFailed:
+// then the array and what it held are gone, `items` is null, `inUse` 0, and `capacity` raised
+// already.
+template <class Item>
+int growItems(Item*& items, std::int32_t& inUse, std::int32_t& capacity, std::uint32_t step,
+              std::int32_t needed) {
+  if (items != nullptr && capacity >= needed) {
+    return 0;
+  }
+  std::int32_t const old = items != nullptr ? capacity : 0;
+  auto const stepped = std::int64_t{capacity} + step;
+  capacity = static_cast<std::int32_t>(
+      std::min<std::int64_t>(std::max<std::int64_t>(stepped, needed), INT32_MAX));
+  auto const wanted = static_cast<std::size_t>(capacity);
+  void* const grown = wanted <= PTRDIFF_MAX / sizeof(Item)
+                          ? std::realloc(static_cast<void*>(items), wanted * sizeof(Item))
+                          : nullptr;
+  if (grown == nullptr) {
+    Item* const lost = items;
+    std::int32_t const held = inUse;
+    items = nullptr;
+    inUse = 0;
+    std::destroy_n(lost, held);
+    std::free(static_cast<void*>(lost));
+    return GrowthFailed;
+  }
+  items = static_cast<Item*>(grown);
+  zeroItems(items + old, capacity - old);
+  return 0;
+}
+
+// Moves the items from `position` on up by one and zeroes the one at `position`. Requires room.
+template <class Item>
+void openGap(Item* items, std::int32_t inUse, std::int32_t position) {
+  moveItems(items + position + 1, items + position, inUse - position);
+  zeroItems(items + position, 1);
+}
+
+// Moves the items behind `position` down by one, over the one there, which must hold nothing.
+template <class Item>
+void closeGap(Item* items, std::int32_t inUse, std::int32_t position) {
+  moveItems(items + position, items + position + 1, inUse - position - 1);
+  zeroItems(items + inUse - 1, 1);
+}
+
+// Bisection for `key` in the positions from `low` up to `high`, which must not be empty; `cellAt`
+// gives the cell at a position. Sets `found` and returns where an equal cell is, or the position
+// probed last: a neighbour of where the key belongs, so whoever inserts compares once more.
+template <class CellAt>
+int bisect(lvArg const& key, int low, int high, CellAt cellAt, bool& found) {
+  found = false;
+  int middle = low;
+  while (low < high) {
+    middle = low + (high - low) / 2;
+    int const order = key.compareTo(cellAt(middle));
+    if (order == 0) {
+      found = true;
+      break;
+    }
+    if (order > 0) {
+      low = middle + 1;
+    } else {
+      high = middle;
+    }
+  }
+  return middle;
+}
+
+}  // namespace tarselvalues

@@ -1,0 +1,50 @@
+// lviSortedList: cells in ascending order of lvArg::compareTo().
+//
+//   you want                       class                         who frees it
+//   the contract                   lviSortedList                 drops its last reference
+//   to hold a sorted list          lvSortedList, a cell          drops its one reference
+//   to walk one                    lvSortedListEnumerator,       deletes the cursor that it holds;
+//                                  on the stack                  cannot be copied
+//   to write one of your own       lviRealSortedListEnumerator   whoever asked for the cursor
+//
+// It is a counted object by itself, unlike the other container interfaces.
+// Threads: one thread at a time for a list and all its cursors together.
+#pragma once
+
+#include "tarselvalues/containers/lviRealSortedListEnumerator.h"
+#include "tarselvalues/containers/lviRealSortedListIterator.h"
+#include "tarselvalues/core/Export.h"
+#include "tarselvalues/core/lvReferencable.h"
+
+class TARSELVALUES_API lviSortedList : public lvReferencable {
+ public:
+  lviSortedList();
+  ~lviSortedList() override;
+
+  // Declaration order is the binary interface: append only, and in derived classes only.
+
+  virtual int getSize() const = 0;
+  // Takes in an element. Returns 0.
+  virtual int add(lvArg const& value) = 0;
+  // Takes in all elements of `other`. Returns true.
+  virtual bool addAll(lviSortedList const& other) = 0;
+  virtual void clear() = 0;
+  virtual bool contains(lvArg const& value) const = 0;
+  virtual bool containsAll(lviSortedList const& other) const = 0;
+  // Whether both lists have equal elements.
+  virtual bool equals(lviSortedList const& other) const = 0;
+  // Returns a copy of the element at a position, or nil.
+  virtual lvArg get(int index) const = 0;
+  // Position of the first, or last, equal element; -1 if there is none.
+  virtual int indexOf(lvArg const& value) const = 0;
+  virtual bool isEmpty() const = 0;
+  // Return a new cursor, which the caller owns.
+  virtual lviRealSortedListIterator* getSortedListIterator(int position) = 0;
+  virtual lviRealSortedListEnumerator* getSortedListEnumerator(int position) const = 0;
+  virtual int lastIndexOf(lvArg const& value) const = 0;
+  // Reserved: 0, 0, nil and nil, with no effect.
+  virtual int reserved14() = 0;
+  virtual int reserved15() = 0;
+  virtual lvArg reserved16() = 0;
+  virtual lvArg reserved17() = 0;
+};

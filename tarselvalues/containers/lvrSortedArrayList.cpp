@@ -1,0 +1,406 @@
+#include "tarselvalues/containers/lvrSortedArrayList.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+#include "tarselvalues/containers/CellBlock.h"
+#include "tarselvalues/containers/lvSortedListEnumerator.h"
+#include "tarselvalues/core/ClassKeys.h"
+
+namespace {
+
+constexpr unsigned int DefaultGrowStep = 8;
+constexpr int NotFound = -1;
+constexpr int NoSortedList = -1;
+
+}  // namespace
+
+lviSortedList::lviSortedList() = default;
+
+lviSortedList::~lviSortedList() = default;
+
+lviRealSortedListEnumerator::~lviRealSortedListEnumerator() = default;
+
+lvrSortedArrayList::lvrSortedArrayList(unsigned int duplicates)
+    : array(nullptr),
+      count(0),
+      capacity(0),
+      growStep(DefaultGrowStep),
+      allowDuplicates(duplicates & 0xFFU) {
+  setKind(ListKind);
+}
+
+lvrSortedArrayList::~lvrSortedArrayList() = default;
+
+lvReferencable* lvrSortedArrayList::defaultCtorMethod() { return new lvrSortedArrayList(1); }
+
+lvString const& lvrSortedArrayList::getStaticClassDesc() {
+  return tarselvalues::classKey(tarselvalues::ClassKey::SortedArrayList);
+}
+
+lvString const& lvrSortedArrayList::getClassDesc() const { return getStaticClassDesc(); }
+
+// ---- Asking ------------------------------------------------------------------------------------
+
+int lvrSortedArrayList::getSize() const { return count; }
+
+bool lvrSortedArrayList::isEmpty() const { return count == 0; }
+
+lvArg lvrSortedArrayList::get(int index) const {
+  return index >= 0 && index < count ? array[index] : lvArg::NilValue;
+}
+
+int lvrSortedArrayList::search(lvArg const& value, bool* found, int low, int high) const {
+  bool hit = false;
+  int const position = tarselvalues::bisect(
+      value, std::max(low, 0), std::min(high, count),
+      [this](int i) -> lvArg const& { return array[i]; }, hit);
+  if (found != nullptr) {
+    *found = hit;
+  }
+  return position;
+}
+
+bool lvrSortedArrayList::contains(lvArg const& value) const {
+  bool found = false;
+  search(value, &found, 0, WholeList);
+  return found;
+}
+
+bool lvrSortedArrayList::containsAll(lviSortedList const& other) const {
+  for (lvSortedListEnumerator element(other, 0); element->hasNext();) {
+    if (!contains(element->next())) {
+      return false;
+    }
+  }
+  return true;
+}
+
+int lvrSortedArrayList::indexOf(lvArg const& value) const {
+  bool found = false;
+  int position = search(value, &found, 0, WholeList);
+  int first = NotFound;
+  while (found) {
+    first = position;
+    position = search(value, &found, 0, keepsDuplicates() ? first : 0);
+  }
+  return first;
+}
+
+int lvrSortedArrayList::lastIndexOf(lvArg const& value) const {
+  bool found = false;
+  int position = search(value, &found, 0, WholeList);
+  int last = NotFound;
+  while (found) {
+    last = position;
+    position = search(value, &found, keepsDuplicates() ? last + 1 : count, WholeList);
+  }
+  return last;
+}
+
+bool lvrSortedArrayList::equals(lviSortedList const& other) const { return compareTo(other) == 0; }
+
+int lvrSortedArrayList::compareTo(lvReferencable const& other) const {
+  if (&other == this) {
+    return 0;
+  }
+  if (other.getKind() != getKind()) {
+    return static_cast<int>(getKind()) - static_cast<int>(other.getKind());
+  }
+  auto const* const list = dynamic_cast<lviSortedList const*>(&other);
+  if (list == nullptr) {
+    return NoSortedList;
+  }
+  if (list->getSize() != count) {
+    return list->getSize() - count;
+  }
+  lvSortedListEnumerator theirs(*list, 0);
+  for (int i = 0; i < count; ++i) {
+    int const order = array[i].compareTo(theirs->next());
+    if (order != 0) {
+      return order;
+    }
+  }
+  return 0;
+}
+
+// ---- Changing ----------------------------------------------------------------------------------
+
+int lvrSortedArrayList::expand(int needed) {
+  return tarselvalues::growItems(array, count, capacity, growStep, needed);
+}
+
+void lvrSortedArrayList::growOrExit() {
+  if (expand(count + 1) != 0) {
+    std::exit(tarselvalues::GrowthExitStatus);
+  }
+}
+
+int lvrSortedArrayList::add(lvArg const& value) {
+  bool found = false;
+  int const position = search(value, &found, 0, WholeList);
+  if (count == 0) {
+    if (expand(1) == 0) {
+      insertAt(0, value);
+    }
+  } else if (value.isNil()) {
+    if (found) {
+      lvArg overwritten;
+      removeEntry(position);
+      array[position].exchange(overwritten);
+      ++count;
+    }
+  } else if (!found) {
+    growOrExit();
+    insertAt(value.compareTo(array[position]) > 0 ? position + 1 : position, value);
+  } else if (keepsDuplicates()) {
+    growOrExit();
+    insertAt(position, value);
+  } else {
+    growOrExit();
+    ++count;  // Takes the nil behind the last element in, deliberately.
+    array[position].assign(value);
+  }
+  return 0;
+}
+
+// Requires room for one more.
+void lvrSortedArrayList::insertAt(int i, lvArg const& value) {
+  insertEmptyEntry(i);
+  ++count;
+  array[i].assign(value);
+}
+
+void lvrSortedArrayList::insertEmptyEntry(int i) {
+  if (i >= 0 && i <= count && count < capacity && array != nullptr) {
+    tarselvalues::openGap(array, count, i);
+  }
+}
+
+void lvrSortedArrayList::removeEntry(int i) {
+  if (i < 0 || i >= count) {
+    return;
+  }
+  lvArg const removed(std::move(array[i]));  // Released last, when the list is whole again.
+  tarselvalues::closeGap(array, count, i);
+  --count;
+}
+
+void lvrSortedArrayList::clear() {
+  // Empty before the first release: what runs in there finds a list that it may use.
+  lvArg* const cleared = std::exchange(array, nullptr);
+  std::int32_t const held = std::exchange(count, 0);
+  capacity = 0;
+  std::destroy_n(cleared, held);
+  std::free(static_cast<void*>(cleared));
+}
+
+int lvrSortedArrayList::finalize() {
+  while (array != nullptr) {  // Again, if something was added while elements were released.
+    lvrSortedArrayList::clear();
+  }
+  return lviSortedList::finalize();
+}
+
+// ---- Merging -----------------------------------------------------------------------------------
+
+bool lvrSortedArrayList::addAll(lviSortedList const& other) {
+  if (&other == this) {
+    lvArg const holder(*new lvrSortedArrayList(allowDuplicates));
+    auto& copy = static_cast<lvrSortedArrayList&>(*holder.getReferencable());
+    if (copy.expand(count) == 0) {
+      std::copy(array, array + count, copy.array);
+      copy.count = count;
+    }
+    return addAll(copy);
+  }
+  int taken = 0;
+  int const size = mergedSize(other, taken);
+  if (taken != 0 && expand(size) == 0) {
+    mergeFromTheBack(other, taken, size);
+  }
+  return true;
+}
+
+// Returns how many elements the merged list has; `taken` is how many of `other` come into it, from
+// its front on. Without duplicates a nil ends `other`.
+int lvrSortedArrayList::mergedSize(lviSortedList const& other, int& taken) const {
+  if (keepsDuplicates()) {
+    taken = std::clamp(other.getSize(), 0, INT_MAX - count);
+    return count + taken;
+  }
+  int size = count;
+  int mine = 0;
+  lvSortedListEnumerator theirs(other, 0);
+  for (lvArg value = theirs->next(); !value.isNil();) {
+    while (mine < count && array[mine].compareTo(value) < 0) {
+      ++mine;
+    }
+    size += mine < count && array[mine].compareTo(value) == 0 ? 0 : 1;
+    lvArg following;
+    do {
+      ++taken;
+      following = theirs->next();
+    } while (!following.isNil() && following.compareTo(value) == 0);
+    value = std::move(following);
+  }
+  return size;
+}
+
+void lvrSortedArrayList::moveElement(int from, int to) {
+  if (from != to) {
+    array[to].exchange(array[from]);
+  }
+}
+
+// The greatest element goes to the last place first. Places behind `mine` and up to `place` are
+// nil, so nothing is overwritten.
+void lvrSortedArrayList::mergeFromTheBack(lviSortedList const& other, int taken, int size) {
+  lvSortedListEnumerator theirs(other, taken);
+  lvArg value = theirs->previous();
+  int mine = count - 1;
+  int place = size - 1;
+  while (taken > 0 && place >= 0) {
+    int const order = mine >= 0 ? array[mine].compareTo(value) : -1;
+    if (order < 0 && place == mine) {
+      break;  // Out of order: behind a nil that add() left, say. The rest was found to be here.
+    }
+    if (order > 0) {
+      moveElement(mine--, place--);
+      continue;
+    }
+    lvArg const written(value);
+    if (order == 0 && !keepsDuplicates()) {
+      array[mine].assign(written);
+      moveElement(mine--, place--);
+    } else {
+      array[place--].assign(written);
+      if (order == 0) {
+        moveElement(mine--, place--);
+      }
+    }
+    do {
+      --taken;
+      value = taken > 0 ? theirs->previous() : lvArg();
+    } while (!keepsDuplicates() && taken > 0 && value.compareTo(written) == 0);
+  }
+  count = size;
+}
+
+// ---- Cursors -----------------------------------------------------------------------------------
+
+lviRealSortedListIterator* lvrSortedArrayList::getSortedListIterator(int position) {
+  return new Iterator(*this, position);
+}
+
+lviRealSortedListEnumerator* lvrSortedArrayList::getSortedListEnumerator(int position) const {
+  return new Enumerator(*this, position);
+}
+
+int lvrSortedArrayList::reserved14() { return 0; }
+
+int lvrSortedArrayList::reserved15() { return 0; }
+
+lvArg lvrSortedArrayList::reserved16() { return lvArg::NilValue; }
+
+lvArg lvrSortedArrayList::reserved17() { return lvArg::NilValue; }
+
+lvrSortedArrayList::BaseEnumerator::BaseEnumerator(lvrSortedArrayList const& list, int position)
+    : array(list.array), current(nullptr), index(0), count(list.count) {
+  if (position >= 1) {
+    setPosition(position);
+  }
+}
+
+void lvrSortedArrayList::BaseEnumerator::setPosition(int position) {
+  index = std::min(position, count);
+  current = position <= count && array != nullptr ? array + index : nullptr;
+}
+
+// Where the cursor stands in the list as it is now.
+lvrSortedArrayList::BaseEnumerator lvrSortedArrayList::BaseEnumerator::upToDate(
+    lvrSortedArrayList const& list) const {
+  BaseEnumerator now(list, 0);
+  now.index = std::min(index, list.count);
+  now.current = current != nullptr && list.array != nullptr ? list.array + now.index : nullptr;
+  return now;
+}
+
+// The element at the index, which may be that behind the last.
+lvArg lvrSortedArrayList::BaseEnumerator::value() const {
+  return index < count ? array[index] : lvArg::NilValue;
+}
+
+bool lvrSortedArrayList::BaseEnumerator::hasNext(lvrSortedArrayList const& list) const {
+  BaseEnumerator const now = upToDate(list);
+  return now.index < (now.current == nullptr ? now.count : now.count - 1);
+}
+
+bool lvrSortedArrayList::BaseEnumerator::hasPrevious(lvrSortedArrayList const& list) const {
+  return upToDate(list).index > 0;
+}
+
+lvArg lvrSortedArrayList::BaseEnumerator::next(lvrSortedArrayList const& list) {
+  if (!hasNext(list)) {
+    *this = upToDate(list);
+    return lvArg::NilValue;
+  }
+  *this = upToDate(list);
+  index += current != nullptr ? 1 : 0;
+  current = array + index;
+  return value();
+}
+
+int lvrSortedArrayList::BaseEnumerator::nextIndex(lvrSortedArrayList const& list) const {
+  BaseEnumerator const now = upToDate(list);
+  return now.current != nullptr && now.index < now.count - 1 ? now.index + 1 : now.count;
+}
+
+lvArg lvrSortedArrayList::BaseEnumerator::previous(lvrSortedArrayList const& list) {
+  *this = upToDate(list);
+  if (index < 1) {
+    current = nullptr;
+    return lvArg::NilValue;
+  }
+  index -= current != nullptr ? 1 : 0;
+  current = array + index;
+  return value();
+}
+
+int lvrSortedArrayList::BaseEnumerator::previousIndex(lvrSortedArrayList const& list) const {
+  BaseEnumerator const now = upToDate(list);
+  return now.current == nullptr || now.index < 1 ? -1 : now.index - 1;
+}
+
+bool lvrSortedArrayList::Enumerator::hasNext() const { return base.hasNext(*list); }
+
+bool lvrSortedArrayList::Enumerator::hasPrevious() const { return base.hasPrevious(*list); }
+
+lvArg lvrSortedArrayList::Enumerator::next() { return base.next(*list); }
+
+int lvrSortedArrayList::Enumerator::nextIndex() const { return base.nextIndex(*list); }
+
+lvArg lvrSortedArrayList::Enumerator::previous() { return base.previous(*list); }
+
+int lvrSortedArrayList::Enumerator::previousIndex() const { return base.previousIndex(*list); }
+
+bool lvrSortedArrayList::Iterator::hasNext() const { return base.hasNext(*list); }
+
+bool lvrSortedArrayList::Iterator::hasPrevious() const { return base.hasPrevious(*list); }
+
+lvArg lvrSortedArrayList::Iterator::next() { return base.next(*list); }
+
+int lvrSortedArrayList::Iterator::nextIndex() const { return base.nextIndex(*list); }
+
+lvArg lvrSortedArrayList::Iterator::previous() { return base.previous(*list); }
+
+int lvrSortedArrayList::Iterator::previousIndex() const { return base.previousIndex(*list); }
+
+void lvrSortedArrayList::Iterator::add(lvArg const& /*value*/) {}
+
+void lvrSortedArrayList::Iterator::remove() {}
+
+void lvrSortedArrayList::Iterator::set(lvArg const& /*value*/) {}
