@@ -7,11 +7,21 @@
 #include "tarselvalues/containers/lviMap.h"
 #include "tarselvalues/containers/lvrVector.h"
 #include "tarselvalues/core/ClassKeys.h"
+#include "tarselvalues/core/lvString.h"
+#include "tarselvalues/reflect/lvClass.h"
+#include "tarselvalues/reflect/lvtClassRegistry.h"
 
 namespace {
 
 // Room for this many elements or buckets in what is read.
 constexpr int FrameSizeHint = 6;
+
+constexpr int FieldSizeHint = 8;
+
+// Returns the class of that name; nil for an unknown one.
+lvClass findClass(lvArg const& name) {
+  return lvClass(lvtClassRegistry::getInstance()->getClass(name));
+}
 
 lvArg frameKind(lvArgDest::FrameKind kind) {
   lvArg cell;
@@ -109,9 +119,32 @@ int lvrCommonSerializer::serializeReferencableInto(lvArgDest& dest, lvArg const&
   if (object == nullptr) {
     return dest.putArg(lvArg::NilValue);
   }
-  // No class can be registered yet.
-  dest.sourceError(lvArgDest::SOURCE_ERROR_NO_CLASS);
-  return CS_ERR_SOURCE;
+  lvArg const& key = object->getClassDesc();
+  lvClass const described = key.isNil() ? lvClass(key) : findClass(key);
+  lvrClass const* const descriptor = described.getClass();
+  if (descriptor == nullptr) {
+    dest.sourceError(lvArgDest::SOURCE_ERROR_NO_CLASS);
+    return CS_ERR_SOURCE;
+  }
+  if (dest.enter(described, -1) < 0) {
+    return CS_ERR_FAILED;
+  }
+  int const fields = descriptor->getNItems(lvrClass::Fields);
+  if (fields == 0) {
+    return 0;  // The level stays open, deliberately.
+  }
+  for (int i = 0; i < fields; ++i) {
+    lvArg field;
+    if (descriptor->getFieldAt(field, *object, lvrClass::Fields, i) != 0) {
+      dest.sourceError(lvArgDest::SOURCE_ERROR_FIELD_ACCESS);
+      return CS_ERR_SOURCE;
+    }
+    if (serializeAtomInto(dest, field) < 0) {
+      dest.abortLevel();
+      return CS_ERR_FAILED;
+    }
+  }
+  return dest.leave() < 0 ? CS_ERR_FAILED : 0;
 }
 
 // ---- Reading -----------------------------------------------------------------------------------
@@ -245,10 +278,32 @@ int lvrCommonSerializer::deserializeVectorContentsInto(lvVector& vector, lvArgSo
   }
 }
 
-int lvrCommonSerializer::deserializeReferencableContentsInto(lvArg& /*out*/,
-                                                             lvArg const& /*className*/,
-                                                             lvArgSource& /*src*/) {
-  // No class can be registered yet.
-  std::puts("CS_ERR_UNKNOWN_CLASS_KEY");
-  return CS_ERR_UNKNOWN_CLASS_KEY;
+int lvrCommonSerializer::deserializeReferencableContentsInto(lvArg& out, lvArg const& className,
+                                                             lvArgSource& src) {
+  lvClass const described = findClass(className);
+  lvrClass const* const descriptor = described.getClass();
+  if (descriptor == nullptr) {
+    std::puts("CS_ERR_UNKNOWN_CLASS_KEY");
+    return CS_ERR_UNKNOWN_CLASS_KEY;
+  }
+  lvReferencable* const made = descriptor->instantiateDefaultObject();
+  if (made == nullptr) {
+    std::puts("CS_ERR_NO_CLASS_CTOR");
+    return CS_ERR_NO_CLASS_CTOR;
+  }
+  lvArg object(*made);
+  lvVector values(FieldSizeHint);
+  int const status = deserializeVectorContentsInto(values, src);
+  if (status != 0) {
+    std::printf("Unknown error: %d", status);
+    return status;
+  }
+  for (int i = 0; i < values->getSize(); ++i) {
+    if (descriptor->setFieldAt(*made, values->at(i), lvrClass::Fields, i) != 0) {
+      std::puts("CS_ERR_REF_SETUP_ERROR");
+      return CS_ERR_REF_SETUP_ERROR;
+    }
+  }
+  out = std::move(object);
+  return 0;
 }
