@@ -25,6 +25,17 @@ int kindOf(lvArg const& frame) {
   return frame.getType() == lvArg::IntType ? frame.getInt() : ObjectFrame;
 }
 
+std::string textOf(lvArg const& string) {
+  char const* const text = lvValue(string).getString(nullptr);
+  return text != nullptr ? text : "";
+}
+
+// How many fields objects of a class have.
+int fieldsOf(lvArg const& frame) {
+  lvClass const described(lvtClassRegistry::getInstance()->getClass(frame));
+  return described.isNil() ? 0 : described->getNItems(lvrClass::Fields);
+}
+
 std::string quoteByte(char c) {
   char text[8];
   bool const printable = std::isprint(static_cast<unsigned char>(c)) != 0;
@@ -174,7 +185,7 @@ bool CheckedSource::acceptFrame(lvArg const& kind) {
   }
   bool const kept = kindOf(kind) == lvArgDest::TupleFrame || countItem(offset, false);
   if (kept) {
-    frames.push_back({kindOf(kind), offset});
+    frames.push_back({kindOf(kind), offset, fieldsOf(kind)});
   }
   return kept;
 }
@@ -193,6 +204,11 @@ bool CheckedSource::countItem(int offset, bool isNil) {
     report.report(offset, "a vector takes 65535 values; this one is skipped");
     return false;
   }
+  if (frame.kind == ObjectFrame && frame.items == frame.fields) {
+    report.report(
+        offset, "the class has " + std::to_string(frame.fields) + " fields; this value is skipped");
+    return false;
+  }
   ++frame.items;
   frame.lastIsNil = isNil;
   return true;
@@ -202,9 +218,13 @@ bool CheckedSource::countItem(int offset, bool isNil) {
 std::string CheckedSource::refuseFrame(lvArg const& kind) const {
   int const frame = kindOf(kind);
   if (frame == ObjectFrame) {
-    char const* const name = lvValue(kind).getString(nullptr);
-    return std::string("class '") + (name != nullptr ? name : "") +
-           "' is not known; the object is skipped";
+    lvClass const described(lvtClassRegistry::getInstance()->getClass(kind));
+    if (described.isNil()) {
+      return "class '" + textOf(kind) + "' is not known; the object is skipped";
+    }
+    if (described->getNItems(lvrClass::Fields) == 0) {
+      return "class '" + textOf(kind) + "' has no fields; the object is skipped";
+    }
   }
   if ((frame == lvArgDest::TupleFrame) != inFrame(lvArgDest::MapFrame)) {
     return frame == lvArgDest::TupleFrame

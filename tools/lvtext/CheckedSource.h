@@ -28,6 +28,7 @@ class CheckedSource : public lvtStringArgSource {
   struct Frame {
     int kind;
     int offset;
+    int fields;  // of an object
     int items = 0;
     bool lastIsNil = false;
   };

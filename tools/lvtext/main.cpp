@@ -10,9 +10,11 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "CheckedSource.h"
 #include "Problems.h"
+#include "TextClass.h"
 #include "ValueText.h"
 
 namespace {
@@ -23,11 +25,15 @@ enum ExitStatus : int {
   Failure = 2,
 };
 
+constexpr int MaxFields = 65535;
+
 constexpr char Usage[] =
-    "Usage: lvtext print [FILE|-]\n"
+    "Usage: lvtext print [--class NAME=FIELDS]... [FILE|-]\n"
     "\n"
     "Reads the values in FILE, or in standard input, and prints each as text on a line of\n"
     "its own. What had to be skipped is reported on standard error as FILE:LINE:COLUMN.\n"
+    "\n"
+    "  --class NAME=FIELDS  Read objects *NAME{...} of that many fields, 1 to 65535.\n"
     "\n"
     "Exit status: 0 if all of the text was read, 1 if some of it was skipped or it ends\n"
     "inside a value, 2 if FILE cannot be read.\n";
@@ -83,25 +89,55 @@ int print(std::string const& name) {
   return problems.any() ? TextProblems : Success;
 }
 
-int run(int count, char** arguments) {
-  std::string const verb = count > 1 ? arguments[1] : "";
-  if (verb == "--help") {
+// NAME=FIELDS
+void addClass(std::string const& declared) {
+  std::size_t const equals = declared.rfind('=');
+  std::string const digits = equals != std::string::npos ? declared.substr(equals + 1) : "";
+  bool const isNumber = !digits.empty() && digits.size() <= 5 &&
+                        digits.find_first_not_of("0123456789") == std::string::npos;
+  int const fields = isNumber ? std::stoi(digits) : 0;
+  if (equals == 0 || fields < 1 || fields > MaxFields) {
+    throw std::runtime_error("NAME=FIELDS is expected, with 1 to 65535 fields");
+  }
+  registerTextClass(declared.substr(0, equals), fields);
+}
+
+int wrongUse() {
+  std::fputs(Usage, stderr);
+  return Failure;
+}
+
+int run(std::vector<std::string> const& arguments) {
+  if (arguments == std::vector<std::string>{"--help"}) {
     std::fputs(Usage, stdout);
     return Success;
   }
-  if (verb != "print" || count > 3) {
-    std::fputs(Usage, stderr);
-    return Failure;
+  if (arguments.empty() || arguments[0] != "print") {
+    return wrongUse();
   }
-  std::string const name = count == 3 ? arguments[2] : "-";
+  std::string subject;
+  std::string name = "-";
+  bool named = false;
   try {
+    for (std::size_t i = 1; i < arguments.size(); ++i) {
+      if (arguments[i] == "--class" && i + 1 < arguments.size()) {
+        subject = arguments[++i];
+        addClass(subject);
+      } else if (named || arguments[i].substr(0, 2) == "--") {
+        return wrongUse();
+      } else {
+        name = arguments[i];
+        named = true;
+      }
+    }
+    subject = name;
     return print(name);
   } catch (std::exception const& error) {
-    std::fprintf(stderr, "lvtext: %s: %s\n", name.c_str(), error.what());
+    std::fprintf(stderr, "lvtext: %s: %s\n", subject.c_str(), error.what());
     return Failure;
   }
 }
 
 }  // namespace
 
-int main(int count, char** arguments) { return run(count, arguments); }
+int main(int count, char** arguments) { return run({arguments + 1, arguments + count}); }
