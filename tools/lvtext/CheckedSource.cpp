@@ -162,8 +162,7 @@ int CheckedSource::getArg(lvArg& out) {
         report.report(last.offset, quoteByte(static_cast<char>(last.code)) + " closes nothing");
         break;
       default:
-        endText();
-        return result;
+        return frames.empty() ? result : closeAtEnd();
     }
   }
 }
@@ -274,12 +273,15 @@ void CheckedSource::endFrame() {
   frames.pop_back();
 }
 
-void CheckedSource::endText() {
-  if (!frames.empty()) {
-    Frame const& frame = frames.back();
+// Closes the innermost frame that the end of the text left open. One report for all of them.
+int CheckedSource::closeAtEnd() {
+  Frame const frame = frames.back();
+  frames.pop_back();
+  if (!endReported) {
+    endReported = true;
     report.report(static_cast<int>(content.size()), std::string("the text ends inside the ") +
                                                         nameOf(frame.kind) + " that opens at " +
                                                         report.place(frame.offset));
-    frames.clear();
   }
+  return SOURCE_FRAME_END;
 }

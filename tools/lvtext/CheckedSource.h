@@ -46,7 +46,7 @@ class CheckedSource : public lvtStringArgSource {
   int frameOffset(lvArg const& kind) const;
   void skipFrame();
   void endFrame();
-  void endText();
+  int closeAtEnd();
 
   std::string const& content;
   Problems& report;
@@ -54,5 +54,6 @@ class CheckedSource : public lvtStringArgSource {
   Token previous;
   Token last;
   int lastStar = 0;
+  bool endReported = false;
   std::vector<Frame> frames;
 };

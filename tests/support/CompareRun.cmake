@@ -6,6 +6,7 @@ cmake_minimum_required(VERSION 3.25)
 if(INPUT)
   set(input INPUT_FILE "${INPUT}")
 endif()
+list(REMOVE_ITEM COMMAND "")
 execute_process(COMMAND ${COMMAND} ${input}
   OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE status)
 
