@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
 #include "support/Slots.h"
+#include "tarselvalues/containers/lvrDLList.h"
 #include "tarselvalues/containers/lvrHashMap.h"
+#include "tarselvalues/containers/lvrSortedArrayList.h"
+#include "tarselvalues/containers/lvrStack.h"
+#include "tarselvalues/containers/lvrTupleSet.h"
 #include "tarselvalues/containers/lvrVector.h"
 
 namespace {
@@ -12,8 +16,11 @@ using test::slotOf;
 // Of the functions that come in two kinds.
 using RemoveAt = lvArg (lvrVector::*)(int);
 using RemoveValue = int (lvrVector::*)(lvArg const&);
+using LinkedRemoveAt = lvArg (lvrDLList::*)(int);
+using LinkedRemoveValue = int (lvrDLList::*)(lvArg const&);
 using ListRemoveAt = lvArg (lviList::*)(int);
 using ListRemoveValue = int (lviList::*)(lvArg const&);
+using TupleSetGetValue = lvArg (lvrTupleSet::*)(int) const;
 
 TEST(MapSlots, StandInTheOrderThatProgramsAreCompiledFor) {
   EXPECT_EQ(slotOf(&lviMap::getSize), 3);
@@ -70,6 +77,47 @@ class OwnMap : public lvrHashMap {
 };
 
 TEST(HashMapSlots, EndWithTheLastOfTheMapOperations) { EXPECT_EQ(slotOf(&OwnMap::added), 18); }
+
+TEST(TupleSetSlots, FollowThoseOfTheBase) {
+  EXPECT_EQ(slotOf(&lvrTupleSet::finalize), 7);
+  EXPECT_EQ(slotOf(&lvrTupleSet::get), 11);
+  EXPECT_EQ(slotOf(&lvrTupleSet::getSize), 12);
+  EXPECT_EQ(slotOf(&lvrTupleSet::put), 13);
+  EXPECT_EQ(slotOf(&lvrTupleSet::clear), 14);
+  EXPECT_EQ(slotOf(&lvrTupleSet::getEnumerator), 15);
+  EXPECT_EQ(slotOf(&lvrTupleSet::getIterator), 16);
+  EXPECT_EQ(slotOf(&lvrTupleSet::getRWIterator), 17);
+}
+
+TEST(TupleSetSlots, AreNotTakenByThePlainOperations) {
+  EXPECT_EQ(slotOf(&lvrTupleSet::search), NotVirtual);
+  EXPECT_EQ(slotOf(&lvrTupleSet::getKey), NotVirtual);
+  EXPECT_EQ(slotOf(static_cast<TupleSetGetValue>(&lvrTupleSet::getValue)), NotVirtual);
+  EXPECT_EQ(slotOf(&lvrTupleSet::setValue), NotVirtual);
+  EXPECT_EQ(slotOf(&lvrTupleSet::expand), NotVirtual);
+  EXPECT_EQ(slotOf(&lvrTupleSet::removeEntry), NotVirtual);
+}
+
+TEST(TupleSetSlots, OfTheCursorsAreThoseOfTheirInterfaces) {
+  EXPECT_EQ(slotOf(&lvrTupleSet::RealEnumerator::next), 3);
+  EXPECT_EQ(slotOf(&lvrTupleSet::RealEnumerator::getKey), 4);
+  EXPECT_EQ(slotOf(&lvrTupleSet::RealEnumerator::getValue), 5);
+  EXPECT_EQ(slotOf(&lvrTupleSet::RealIterator::next), 3);
+  EXPECT_EQ(slotOf(&lvrTupleSet::RealIterator::getKey), 4);
+  EXPECT_EQ(slotOf(&lvrTupleSet::RealIterator::getValue), 5);
+  EXPECT_EQ(slotOf(&lvrTupleSet::RealIterator::setValue), 6);
+  EXPECT_EQ(slotOf(&lvrTupleSet::RealIterator::remove), 7);
+}
+
+class OwnTupleSet : public lvrTupleSet {
+ public:
+  using lvrTupleSet::lvrTupleSet;
+  virtual void added() {}
+};
+
+TEST(TupleSetSlots, EndWithTheLastOfTheMapOperations) {
+  EXPECT_EQ(slotOf(&OwnTupleSet::added), 18);
+}
 
 TEST(ListSlots, StandInTheOrderThatProgramsAreCompiledFor) {
   EXPECT_EQ(slotOf(&lviList::isSorted), 3);
@@ -133,6 +181,156 @@ TEST(VectorSlots, AreNotTakenByThePlainOperations) {
 
 TEST(VectorSlots, OfTheCursorAreThoseOfItsInterface) {
   expectEnumeratorSlots<lvrVector::RealEnumerator>();
+}
+
+TEST(LinkedListSlots, FollowThoseOfTheBase) {
+  EXPECT_EQ(slotOf(&lvrDLList::equiv), 1);
+  EXPECT_EQ(slotOf(&lvrDLList::getClassDesc), 6);
+  EXPECT_EQ(slotOf(&lvrDLList::insert), 11);
+  EXPECT_EQ(slotOf(static_cast<LinkedRemoveAt>(&lvrDLList::remove)), 12);
+  EXPECT_EQ(slotOf(static_cast<LinkedRemoveValue>(&lvrDLList::remove)), 13);
+  EXPECT_EQ(slotOf(&lvrDLList::clear), 14);
+  EXPECT_EQ(slotOf(&lvrDLList::merge), 15);
+  EXPECT_EQ(slotOf(&lvrDLList::at), 16);
+  EXPECT_EQ(slotOf(&lvrDLList::getSize), 17);
+  EXPECT_EQ(slotOf(&lvrDLList::getElementPos), 18);
+  EXPECT_EQ(slotOf(&lvrDLList::getListEnumerator), 19);
+  EXPECT_EQ(slotOf(&lvrDLList::getListIterator), 20);
+  EXPECT_EQ(slotOf(&lvrDLList::getListRWIterator), 21);
+  EXPECT_EQ(slotOf(&lvrDLList::isSorted), 22);
+}
+
+class OwnLinkedList : public lvrDLList {
+ public:
+  virtual void added() {}
+};
+
+TEST(LinkedListSlots, EndWithTheLastOfTheListOperations) {
+  EXPECT_EQ(slotOf(&OwnLinkedList::added), 23);
+}
+
+TEST(LinkedListSlots, OfTheCursorsAreThoseOfTheirInterfaces) {
+  expectEnumeratorSlots<lvrDLList::RealEnumerator>();
+  expectEnumeratorSlots<lvrDLList::RealIterator>();
+  expectEnumeratorSlots<lvrDLList::RealRWIterator>();
+  EXPECT_EQ(slotOf(&lvrDLList::RealIterator::remove), 10);
+  EXPECT_EQ(slotOf(&lvrDLList::RealRWIterator::remove), 10);
+  EXPECT_EQ(slotOf(&lvrDLList::RealRWIterator::isWritable), 11);
+  EXPECT_EQ(slotOf(&lvrDLList::RealRWIterator::insert), 12);
+}
+
+TEST(LinkedListSlots, AreNotTakenByTheCursorInside) {
+  EXPECT_EQ(slotOf(&lvrDLList::IteratorLogic::gotoNext), NotVirtual);
+  EXPECT_EQ(slotOf(&lvrDLList::IteratorLogic::remove), NotVirtual);
+}
+
+// The destructors come last: the first operation that a derived class adds follows both of them.
+class OwnStackInterface : public lviStack {
+ public:
+  virtual void added() {}
+};
+
+TEST(StackInterfaceSlots, StandInTheOrderThatProgramsAreCompiledFor) {
+  EXPECT_EQ(slotOf(&lviStack::push), 1);
+  EXPECT_EQ(slotOf(&lviStack::pop), 2);
+  EXPECT_EQ(slotOf(&lviStack::poke), 3);
+  EXPECT_EQ(slotOf(&lviStack::peek), 4);
+  EXPECT_EQ(slotOf(&lviStack::getSize), 5);
+  EXPECT_EQ(slotOf(&lviStack::isEmpty), 6);
+  EXPECT_EQ(slotOf(&OwnStackInterface::added), 9);
+}
+
+TEST(StackSlots, FollowThoseOfTheBase) {
+  EXPECT_EQ(slotOf(&lvrStack::equiv), 1);
+  EXPECT_EQ(slotOf(&lvrStack::hashCode), 2);
+  EXPECT_EQ(slotOf(&lvrStack::getClassDesc), 6);
+  EXPECT_EQ(slotOf(&lvrStack::finalize), 7);
+  EXPECT_EQ(slotOf(&lvrStack::poke), 11);
+  EXPECT_EQ(slotOf(&lvrStack::push), 12);
+  EXPECT_EQ(slotOf(&lvrStack::pop), 13);
+  EXPECT_EQ(slotOf(&lvrStack::peek), 14);
+  EXPECT_EQ(slotOf(&lvrStack::getSize), 15);
+  EXPECT_EQ(slotOf(&lvrStack::setAlloced), 16);
+  EXPECT_EQ(slotOf(&lvrStack::isEmpty), 17);
+  EXPECT_EQ(slotOf(&lvrStack::stackEvent), 18);
+}
+
+TEST(StackSlots, AreNotTakenByThePlainOperations) {
+  EXPECT_EQ(slotOf(&lvrStack::releaseData), NotVirtual);
+}
+
+template <class List>
+void expectSortedListSlots() {
+  EXPECT_EQ(slotOf(&List::getSize), 11);
+  EXPECT_EQ(slotOf(&List::add), 12);
+  EXPECT_EQ(slotOf(&List::addAll), 13);
+  EXPECT_EQ(slotOf(&List::clear), 14);
+  EXPECT_EQ(slotOf(&List::contains), 15);
+  EXPECT_EQ(slotOf(&List::containsAll), 16);
+  EXPECT_EQ(slotOf(&List::equals), 17);
+  EXPECT_EQ(slotOf(&List::get), 18);
+  EXPECT_EQ(slotOf(&List::indexOf), 19);
+  EXPECT_EQ(slotOf(&List::isEmpty), 20);
+  EXPECT_EQ(slotOf(&List::getSortedListIterator), 21);
+  EXPECT_EQ(slotOf(&List::getSortedListEnumerator), 22);
+  EXPECT_EQ(slotOf(&List::lastIndexOf), 23);
+  EXPECT_EQ(slotOf(&List::reserved14), 24);
+  EXPECT_EQ(slotOf(&List::reserved15), 25);
+  EXPECT_EQ(slotOf(&List::reserved16), 26);
+  EXPECT_EQ(slotOf(&List::reserved17), 27);
+}
+
+TEST(SortedListSlots, FollowThoseOfTheBaseInTheInterfaceAndInTheList) {
+  expectSortedListSlots<lviSortedList>();
+  expectSortedListSlots<lvrSortedArrayList>();
+}
+
+TEST(SortedListSlots, OfTheBaseAreTakenByTheList) {
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::compareTo), 3);
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::getClassDesc), 6);
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::finalize), 7);
+}
+
+TEST(SortedListSlots, AreNotTakenByThePlainOperations) {
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::search), NotVirtual);
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::expand), NotVirtual);
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::removeEntry), NotVirtual);
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::insertEmptyEntry), NotVirtual);
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::BaseEnumerator::next), NotVirtual);
+}
+
+class OwnSortedArray : public lvrSortedArrayList {
+ public:
+  using lvrSortedArrayList::lvrSortedArrayList;
+  virtual void added() {}
+};
+
+TEST(SortedListSlots, EndWithTheLastOfTheListOperations) {
+  EXPECT_EQ(slotOf(&OwnSortedArray::added), 28);
+}
+
+// The destructors come last, unlike in the other cursors.
+template <class Cursor>
+void expectSortedCursorSlots() {
+  EXPECT_EQ(slotOf(&Cursor::hasNext), 1);
+  EXPECT_EQ(slotOf(&Cursor::hasPrevious), 2);
+  EXPECT_EQ(slotOf(&Cursor::next), 3);
+  EXPECT_EQ(slotOf(&Cursor::nextIndex), 4);
+  EXPECT_EQ(slotOf(&Cursor::previous), 5);
+  EXPECT_EQ(slotOf(&Cursor::previousIndex), 6);
+}
+
+TEST(SortedListCursorSlots, StandInTheOrderThatProgramsAreCompiledFor) {
+  expectSortedCursorSlots<lviRealSortedListEnumerator>();
+  expectSortedCursorSlots<lviRealSortedListIterator>();
+  expectSortedCursorSlots<lvrSortedArrayList::Enumerator>();
+  expectSortedCursorSlots<lvrSortedArrayList::Iterator>();
+  EXPECT_EQ(slotOf(&lviRealSortedListIterator::add), 9);
+  EXPECT_EQ(slotOf(&lviRealSortedListIterator::remove), 10);
+  EXPECT_EQ(slotOf(&lviRealSortedListIterator::set), 11);
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::Iterator::add), 9);
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::Iterator::remove), 10);
+  EXPECT_EQ(slotOf(&lvrSortedArrayList::Iterator::set), 11);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "support/Cells.h"
 #include "support/Objects.h"
 #include "support/Together.h"
+#include "tarselvalues/containers/lvrDLList.h"
 #include "tarselvalues/containers/lvrHashMap.h"
 #include "tarselvalues/containers/lvrVector.h"
 
@@ -59,17 +60,35 @@ TEST_P(ContainersOfThreads, ShareTheirElements) {
   EXPECT_EQ(countOf(shared), 1);
 }
 
+TEST_P(ContainersOfThreads, FindTheFirstOrTheLastElementThoughLinkedListsTakeTurnsTogether) {
+  test::runTogether(threads(), [&](int /*thread*/) {
+    Held<lvrDLList> const list;
+    for (int const value : {1, 2, 3, 1}) {
+      list->insert(integer(value), -1);
+    }
+    for (int i = 0; i < Rounds; ++i) {
+      int const position = list->getElementPos(integer(1));
+      ASSERT_TRUE(position == 0 || position == 3) << position;
+      ASSERT_EQ(list->getElementPos(integer(2)), 1);
+      ASSERT_EQ(list->getElementPos(integer(4)), -1);
+    }
+  });
+}
+
 TEST_P(ContainersOfThreads, CountTheCursorsOfAllThreads) {
   Held<lvrHashMap> const map(3U);
   Held<lvrVector> const vector(3);
+  Held<lvrDLList> const list;
   test::runTogether(threads(), [&](int /*thread*/) {
     for (int i = 0; i < Rounds; ++i) {
       std::unique_ptr<lviRealMapEnumerator> const mapCursor(map->getEnumerator());
       std::unique_ptr<lviRealListEnumerator> const vectorCursor(vector->getListEnumerator());
+      std::unique_ptr<lviRealListEnumerator> const listCursor(list->getListEnumerator());
     }
   });
   EXPECT_EQ(countOf(*map), 1);
   EXPECT_EQ(countOf(*vector), 1);
+  EXPECT_EQ(countOf(*list), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Threads, ContainersOfThreads, ::testing::Values(1, 4));

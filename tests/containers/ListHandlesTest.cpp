@@ -6,6 +6,7 @@
 
 #include "support/Cells.h"
 #include "support/IgnoreLeaks.h"
+#include "support/Nodes.h"
 #include "support/Objects.h"
 #include "support/Rings.h"
 #include "tarselvalues/containers/lvHashMap.h"
@@ -342,6 +343,75 @@ TEST_F(ListHandleOnAVector, KeepsTheVectorAliveForGoodOnceAnIteratorWasMade) {
 TEST_F(ListHandleOnAVector, KeepsNothingForAnEnumeratorThatIsGone) {
   { lvListEnumerator const handle(*vector); }
   EXPECT_EQ(countOf(*vector), 1);
+}
+
+// --- A linked list, which has all three cursors --------------------------------------------------
+
+class ListHandleOnALinkedList : public ::testing::Test {
+ protected:
+  // What cursors that were left behind hold; takes their references, so that they alone are lost.
+  void expectLeftBehind(int cursors) {
+    EXPECT_EQ(countOf(*list), 1 + cursors);
+    for (int i = 0; i < cursors; ++i) {
+      EXPECT_EQ(list->__removeRef(), 0);
+    }
+  }
+
+  test::LinkedList list{1, 2, 3};
+};
+
+TEST_F(ListHandleOnALinkedList, WalksItAsAnEnumeratorAndLetsGoOfIt) {
+  {
+    lvListEnumerator const item(*list);
+    int sum = 0;
+    while (item->gotoNext()) {
+      sum += item->getValue().getInt();
+    }
+    EXPECT_EQ(sum, 6);
+    EXPECT_EQ(countOf(*list), 2);
+  }
+  expectLeftBehind(0);
+}
+
+TEST_F(ListHandleOnALinkedList, RemovesAsAnIteratorAndLeavesOneReferenceBehind) {
+  {
+    test::IgnoreLeaks const ignore;
+    lvListIterator const item(*list);
+    EXPECT_TRUE(item->gotoIndex(1));
+    EXPECT_TRUE(item->remove());
+    EXPECT_EQ(item->getValue().getInt(), 3);
+    EXPECT_EQ(countOf(*list), 3);
+  }
+  EXPECT_EQ(test::forward(*list), "1 3 ");
+  expectLeftBehind(1);
+}
+
+TEST_F(ListHandleOnALinkedList, InsertsAsAReadWriteIteratorAndLeavesTwoReferencesBehind) {
+  {
+    test::IgnoreLeaks const ignore;
+    lvListRWIterator const item(*list);
+    EXPECT_TRUE(item->isWritable());
+    EXPECT_TRUE(item->gotoIndex(1));
+    EXPECT_TRUE(item->insert(integer(7)));
+    EXPECT_TRUE(item->remove());
+    EXPECT_EQ(countOf(*list), 4);
+  }
+  EXPECT_EQ(test::forward(*list), "1 7 3 ");
+  expectLeftBehind(2);
+}
+
+TEST_F(ListHandleOnALinkedList, KeepsItAliveForGoodOnceAnIteratorWasMade) {
+  bool isGone = false;
+  list->insert(test::acting([&isGone] { isGone = true; }), -1);
+  {
+    test::IgnoreLeaks const ignore;
+    lvListIterator const handle(*list);
+  }
+  lvrDLList& left = *list;
+  list.cell().setNil();
+  EXPECT_FALSE(isGone);
+  EXPECT_EQ(left.__removeRef(), 1);
+  EXPECT_TRUE(isGone);
 }
 
 }  // namespace

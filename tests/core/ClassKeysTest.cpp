@@ -6,6 +6,10 @@
 #include "support/CellWords.h"
 #include "support/Cells.h"
 #include "support/InternedTexts.h"
+#include "tarselvalues/containers/lvrDLList.h"
+#include "tarselvalues/containers/lvrSortedArrayList.h"
+#include "tarselvalues/containers/lvrStack.h"
+#include "tarselvalues/containers/lvrTupleSet.h"
 #include "tarselvalues/core/lvReferencable.h"
 #include "tarselvalues/core/lvString.h"
 #include "tarselvalues/core/lvrString.h"
@@ -44,8 +48,13 @@ TEST(ClassKeys, NameTheClassesOfTheObjects) {
   expectKey<lvrString>("String");
   expectKey<lvrHashMap>("HashMap");
   expectKey<lvrVector>("Vector");
+  expectKey<lvrStack>("Stack");
+  expectKey<lvrDLList>("DLList");
+  expectKey<lvrSortedArrayList>("SortedArrayList");
   expectKey<lvrClass>("Class");
 }
+
+TEST(ClassKeys, NameATupleSetByItsBase) { expectKey<lvrTupleSet>("Referencable"); }
 
 TEST(ClassKeys, NameTheSerializer) {
   lvArg const serializer(*new lvrCommonSerializer);

@@ -4,11 +4,15 @@
 
 #include <string>
 
+#include "support/FieldObjects.h"
 #include "support/SinkRuns.h"
 #include "support/SourceRuns.h"
 #include "support/TextWriter.h"
 #include "support/UnusualObjects.h"
 #include "support/ValueTrees.h"
+#include "tarselvalues/containers/lvrDLList.h"
+#include "tarselvalues/containers/lvrSortedArrayList.h"
+#include "tarselvalues/containers/lvrStack.h"
 #include "tarselvalues/serial/lvtStringArgSource.h"
 
 namespace {
@@ -16,6 +20,7 @@ namespace {
 using test::atom;
 using test::integer;
 using test::mapOf;
+using test::objectOf;
 using test::string;
 using test::vectorOf;
 
@@ -71,18 +76,20 @@ TEST(SerializerOddities, RefusedTupleWithAPositiveAnswerIsLeftOutOfItsMap) {
             "0: enter(24,1) enter(32,2)! leave");
 }
 
-TEST(SerializerOddities, StackLikeObjectHasTheMapTagButIsRefused) {
-  lvArg const value = test::newStackLike();
+TEST(SerializerOddities, StackHasTheMapTagButIsRefused) {
+  lvArg const value = *lvrStack::defaultCtorMethod();
   EXPECT_EQ(value.getType(), lvArg::MapType);
   EXPECT_EQ(atom(value), "-2: error(1)");
   EXPECT_EQ(written(value), "");
 }
 
 TEST(SerializerOddities, ListThatIsNoVectorIsRefused) {
-  lvArg const value = test::newListLike();
-  EXPECT_EQ(value.getType(), lvArg::ListType);
-  EXPECT_EQ(atom(value), "-2: error(2)");
-  EXPECT_EQ(written(value), "");
+  for (lvArg const& value :
+       {lvArg(*lvrDLList::defaultCtorMethod()), lvArg(*lvrSortedArrayList::defaultCtorMethod())}) {
+    EXPECT_EQ(value.getType(), lvArg::ListType);
+    EXPECT_EQ(atom(value), "-2: error(2)");
+    EXPECT_EQ(written(value), "");
+  }
 }
 
 TEST(SerializerOddities, RawAddressReadsBackAsNil) {
@@ -121,6 +128,50 @@ TEST(SerializerOddities, CycleOfMapsEndsAtTheLevelsOfTheWriter) {
   // The 17th map is refused. The end of the 16th closes the tuple around it, and so on outwards.
   EXPECT_EQ(written(cycle), opened + "=" + closed + "}");
   cycle->clear();
+}
+
+TEST(SerializerOddities, ObjectOfAClassWithoutFieldsIsLeftOpen) {
+  test::registerClasses();
+  EXPECT_EQ(atom(objectOf("Blank")), "0: enter(*Blank,-1)");
+  EXPECT_EQ(written(objectOf("Blank")), "*Blank{");
+}
+
+TEST(SerializerOddities, ObjectThatIsLeftOpenTakesTheBracketOfTheLevelAround) {
+  test::registerClasses();
+  lvArg const value = vectorOf({integer(1), objectOf("Blank"), integer(2), integer(3)});
+  EXPECT_EQ(written(value), "{1,*Blank{2,3}");
+  std::string outcome;
+  EXPECT_EQ(test::printedBy([&] { outcome = readItem(written(value)); }),
+            "CS_ERR_REF_SETUP_ERROR\n");
+  EXPECT_EQ(outcome, "[1]");
+}
+
+TEST(SerializerOddities, FieldThatCannotBeReadLeavesTheObjectOpen) {
+  test::registerClasses();
+  lvArg const value = objectOf("Half", {integer(1), integer(2)});
+  EXPECT_EQ(atom(value), "-2: enter(*Half,-1) put(1) error(5)");
+  EXPECT_EQ(written(value), "*Half{1");
+}
+
+TEST(SerializerOddities, AbandonedObjectFailsAndIsClosedOnceUnlikeAVector) {
+  test::registerClasses();
+  lvArg const value = test::point(integer(1), test::newListLike());
+  EXPECT_EQ(atom(value), "-1: enter(*Point,-1) put(1) error(2) abort");
+  EXPECT_EQ(written(value), "*Point{1}");
+}
+
+TEST(SerializerOddities, CycleOfObjectsEndsAtTheLevelsOfTheWriter) {
+  test::registerClasses();
+  lvArg const cycle = objectOf("Point");
+  lvArg& toItself = dynamic_cast<test::Point&>(*cycle.getReferencable()).x;
+  toItself = cycle;
+  std::string opened;
+  for (int i = 0; i < 32; ++i) {
+    opened += "*Point{";
+  }
+  // The name of the 33rd object stays, and each of the others is closed once.
+  EXPECT_EQ(written(cycle), opened + "*Point" + std::string(32, '}'));
+  toItself.setNil();
 }
 
 // ---- Reading -----------------------------------------------------------------------------------
@@ -201,6 +252,28 @@ TEST(SerializerOddities, FailedFrameGivesItsItemsToTheLevelAround) {
   EXPECT_EQ(test::printedBy([&] { outcome = readItem("{1,*Nope{2,3},4}"); }),
             "CS_ERR_UNKNOWN_CLASS_KEY\n");
   EXPECT_EQ(outcome, "[1,2,3]");
+}
+
+TEST(SerializerOddities, ObjectThatTheInputEndsInIsReadAsNilAndSucceeds) {
+  test::registerClasses();
+  std::string outcome;
+  EXPECT_EQ(test::printedBy([&] { outcome = readItem("*Point{1,2"); }), "Unknown error: 9");
+  EXPECT_EQ(outcome, "nil");
+}
+
+TEST(SerializerOddities, ObjectTakesTheValuesOfAFailedOneForItsOwn) {
+  test::registerClasses();
+  std::string outcome;
+  EXPECT_EQ(test::printedBy([&] { outcome = readItem("*Segment{0,*Nope{1,2},3}"); }),
+            "CS_ERR_UNKNOWN_CLASS_KEY\n");
+  EXPECT_EQ(outcome, "*Segment{0,1,2}");
+}
+
+TEST(SerializerOddities, HashMapMadeByItsNameIsAVector) {
+  lvtStringArgSource parser("*HashMap{}", -1);
+  lvArg out;
+  EXPECT_EQ(test::HeldSerializer()->deserializeItemInto(out, parser), 0);
+  EXPECT_EQ(out.getReferencable()->getClassDesc(), lvString("Vector"));
 }
 
 TEST(SerializerOddities, NumberInPlaceOfAClassNameIsTheKindOfTheFrame) {

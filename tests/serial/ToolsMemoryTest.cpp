@@ -8,6 +8,8 @@
 #include <new>
 #include <string>
 
+#include "support/FieldObjects.h"
+#include "support/SourceRuns.h"
 #include "support/ValueTrees.h"
 #include "tarselvalues/serial/lvTools.h"
 
@@ -249,6 +251,64 @@ TEST(ToolsFromStringMemory, IsAllFreedWithTheValue) {
   Memory const cost = stop();
   EXPECT_GT(cost.made, 5);
   EXPECT_EQ(cost.left(), 0);
+}
+
+// ---- Objects -----------------------------------------------------------------------------------
+
+// What a text reads as, when every allocation in turn failed before it was read whole.
+std::string readAfterFailures(char const* bytes, int leastFailures) {
+  lvString const text(bytes);
+  int consumed = 0;
+  EXPECT_GE(failuresOf([&] { lvToolsFromString(text, consumed); }), leastFailures);
+  return test::described(lvToolsFromString(text, consumed));
+}
+
+TEST(ToolsToStringMemory, MissingAnywhereInObjectsLeavesNothingBehind) {
+  test::registerClasses();
+  lvArg const map = mapOf({{string("k"), test::point(1, 2)}});
+  lvArg const value =
+      test::objectOf("Segment", {map, vectorOf({test::point(3, 4)}), integer(77014)});
+  // As for other values: writing an object takes no memory.
+  EXPECT_EQ(failuresOf([&] { lvToolsToString(value); }), 4);
+  EXPECT_EQ(test::textOf(lvToolsToString(value)),
+            "*Segment{{(k=*Point{1,2})},{*Point{3,4}},77014}");
+}
+
+TEST(ToolsToStringMemory, MissingForObjectsThatCannotBeWrittenLeavesNothingBehind) {
+  test::registerClasses();
+  for (char const* const name : {"Blank", "Half", "Stranger", "Bogus"}) {
+    lvArg const value = test::point(integer(77015), test::objectOf(name));
+    EXPECT_EQ(failuresOf([&] { lvToolsToString(value); }), 3) << name;
+  }
+}
+
+TEST(ToolsFromStringMemory, MissingAnywhereInObjectsLeavesNothingBehind) {
+  test::registerClasses();
+  EXPECT_EQ(
+      readAfterFailures("*Segment{*Point{1,word},{(k=*\"my class\"{\"v w\"}),(l={2,3})},2}", 15),
+      "*Segment{*Point{1,'word'},{'k'=*my class{'v w',nil},'l'=[2,3]},2}");
+  EXPECT_EQ(readAfterFailures("{*Vector{},*DLList{},*TupleSet{}}", 8), "[[],[],{}]");
+}
+
+TEST(ToolsFromStringMemory, MissingAnywhereInObjectsIsTold) {
+  test::registerClasses();
+  lvString const text("*Point{*Point{a,1},{2}}");
+  int consumed = 0;
+  int const failures = failuresOf([&] { lvToolsFromString(text, consumed); });
+  for (int failAt = 0; failAt < failures; ++failAt) {
+    start(failAt);
+    EXPECT_THROW(lvToolsFromString(text, consumed), std::bad_alloc) << failAt;
+    stop();
+  }
+}
+
+TEST(ToolsFromStringMemory, MissingInObjectsThatFailLeavesNothingBehind) {
+  test::registerClasses();
+  std::string outcome;
+  test::printedBy([&] {
+    outcome = readAfterFailures("{*Blank{a},*Segment{*Half{d,e},*Nope{b},*Abstract{c,*Point{f", 15);
+  });
+  EXPECT_EQ(outcome, "[*Segment{'b',nil,7},'c',nil]");
 }
 
 }  // namespace

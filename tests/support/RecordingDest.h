@@ -1,7 +1,7 @@
 // A sink that writes down every call, and answers chosen calls with a status of the test's own.
 //
-// A call reads  enter(25,2)  put(1)  put('a')  leave  abort  error(1)  terminate, and has a "!"
-// behind it when it did not answer 0.
+// A call reads  enter(25,2)  enter(*Point,-1)  put(1)  put('a')  leave  abort  error(1)  terminate,
+// and has a "!" behind it when it did not answer 0.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +9,7 @@
 #include <string>
 
 #include "support/Cells.h"
+#include "tarselvalues/reflect/lvClass.h"
 #include "tarselvalues/serial/lvArgDest.h"
 
 namespace test {
@@ -29,6 +30,12 @@ inline std::string shownScalar(lvArg const& value) {
   }
 }
 
+// The kind of a level: a number, or the name of a class behind a "*".
+inline std::string shownKind(lvArg const& kind) {
+  return kind.getType() == lvArg::ClassType ? "*" + textOf(lvClass(kind).getClassDesc())
+                                            : shownScalar(kind);
+}
+
 class RecordingDest : public lvArgDest {
  public:
   // The call of this number, counted from 0, answers `status`. All others answer 0.
@@ -39,7 +46,7 @@ class RecordingDest : public lvArgDest {
 
   int terminate() override { return record("terminate"); }
   int enter(lvArg const& kind, int size) override {
-    return record("enter(" + shownScalar(kind) + "," + std::to_string(size) + ")");
+    return record("enter(" + shownKind(kind) + "," + std::to_string(size) + ")");
   }
   int leave() override { return record("leave"); }
   int abortLevel() override { return record("abort"); }

@@ -8,19 +8,26 @@
 #include <utility>
 #include <vector>
 
+#include "support/FieldObjects.h"
 #include "support/UnusualObjects.h"
 #include "support/ValueTrees.h"
 #include "support/WriterModel.h"
+#include "tarselvalues/containers/lvrDLList.h"
+#include "tarselvalues/containers/lvrSortedArrayList.h"
+#include "tarselvalues/containers/lvrStack.h"
+#include "tarselvalues/containers/lvrTupleSet.h"
+#include "tarselvalues/containers/lvrVector.h"
 
 namespace test {
 
 struct Tree {
-  enum Kind { Nil, Integer, Text, Vector, Map, Refused };
+  enum Kind { Nil, Integer, Text, Vector, Map, Object, Refused };
 
   Kind kind = Nil;
-  int number = 0;
-  std::string bytes;
+  int number = 0;              // of an object: how many of its fields can be read
+  std::string bytes;           // of an object: the key of its class, or the name that is written
   std::vector<Tree> children;  // of a map: a key and a value in turn
+  int variant = 0;             // of several, with which kind of object a value is made
 };
 
 inline std::string described(Tree const& tree) {
@@ -40,9 +47,31 @@ inline std::string described(Tree const& tree) {
       return "[" + joined(pieces) + "]";
     case Tree::Map:
       return describedEntries(pieces);
+    case Tree::Object:
+      return "*" + tree.bytes + "{" + joined(pieces) + "}";
     default:
       return "nil";
   }
+}
+
+// A value that the serializer refuses with this error.
+inline lvArg refusedValue(int error, int variant) {
+  switch (error) {
+    case lvArgDest::SOURCE_ERROR_NOT_A_MAP:
+      return variant == 0 ? newStackLike() : lvArg(*lvrStack::defaultCtorMethod());
+    case lvArgDest::SOURCE_ERROR_NOT_A_VECTOR:
+      return variant == 0   ? newListLike()
+             : variant == 1 ? lvArg(*lvrDLList::defaultCtorMethod())
+                            : lvArg(*lvrSortedArrayList::defaultCtorMethod());
+    default:
+      return variant == 0   ? newPlainObject()
+             : variant == 1 ? lvArg(*new KeylessObject)
+                            : objectOf("Bogus");
+  }
+}
+
+inline lvArg newMapOf(int variant) {
+  return variant == 0 ? lvArg(lvHashMap(3)) : lvArg(*lvrTupleSet::defaultCtorMethod());
 }
 
 inline lvArg valueOf(Tree const& tree) {
@@ -59,25 +88,46 @@ inline lvArg valueOf(Tree const& tree) {
       return vector;
     }
     case Tree::Map: {
-      lvHashMap map(3);
+      lvHashMap map(newMapOf(tree.variant));
       for (std::size_t i = 0; i < tree.children.size(); i += 2) {
         map->put(valueOf(tree.children[i]), valueOf(tree.children[i + 1]));
       }
       return map;
     }
+    case Tree::Object: {
+      std::vector<lvArg> fields;
+      for (Tree const& child : tree.children) {
+        fields.push_back(valueOf(child));
+      }
+      return objectOf(tree.bytes, fields);
+    }
     case Tree::Refused:
-      return tree.number == 1   ? newStackLike()
-             : tree.number == 2 ? newListLike()
-                                : newPlainObject();
+      return refusedValue(tree.number, tree.variant);
     default:
       return lvArg();
   }
 }
 
+inline Tree treeOf(lvArg const& value);
+
+// The tree of an object, as far as its class lets see it.
+inline Tree treeOfObject(lvReferencable const& object) {
+  Tree tree{Tree::Refused, lvArgDest::SOURCE_ERROR_NO_CLASS, "", {}};
+  auto const* const known = dynamic_cast<FieldObject const*>(&object);
+  auto const facts = classFacts().find(textOf(object.getClassDesc()));
+  if (known != nullptr && facts != classFacts().end()) {
+    tree = {Tree::Object, facts->second.usable, facts->second.written, {}};
+    for (lvArg const& field : known->fields()) {
+      tree.children.push_back(treeOf(field));
+    }
+  }
+  return tree;
+}
+
 // The tree of a value, the entries of maps in their own order.
 inline Tree treeOf(lvArg const& value) {
   Tree tree;
-  auto const* const list = dynamic_cast<lviList const*>(value.getReferencable());
+  auto const* const list = dynamic_cast<lvrVector const*>(value.getReferencable());
   auto const* const map = dynamic_cast<lviMap const*>(value.getReferencable());
   if (value.getType() == lvArg::IntType) {
     tree.kind = Tree::Integer;
@@ -96,11 +146,12 @@ inline Tree treeOf(lvArg const& value) {
       tree.children.push_back(treeOf(entry->getKey()));
       tree.children.push_back(treeOf(entry->getValue()));
     }
-  } else if (!value.isNil()) {
+  } else if (value.getType() == lvArg::ObjectType) {
+    tree = treeOfObject(*value.getReferencable());
+  } else if (value.getType() == lvArg::MapType || value.getType() == lvArg::ListType) {
     tree.kind = Tree::Refused;
-    tree.number = value.getType() == lvArg::MapType    ? 1
-                  : value.getType() == lvArg::ListType ? 2
-                                                       : 4;
+    tree.number = value.getType() == lvArg::MapType ? lvArgDest::SOURCE_ERROR_NOT_A_MAP
+                                                    : lvArgDest::SOURCE_ERROR_NOT_A_VECTOR;
   }
   return tree;
 }
@@ -132,6 +183,11 @@ inline std::string textOf(Tree const& tree) {
         text += textOf(tree.children[i]) + "=" + textOf(tree.children[i + 1]) + ")";
       }
       return "{" + text + "}";
+    case Tree::Object:
+      for (Tree const& child : tree.children) {
+        text += (text.empty() ? "" : ",") + textOf(child);
+      }
+      return "*" + textOf(Tree{Tree::Text, 0, tree.bytes, {}}) + "{" + text + "}";
     default:
       return "#nil";
   }
@@ -149,6 +205,8 @@ class TreeWriter {
         return writeFrame(tree, 25, 1);
       case Tree::Map:
         return writeFrame(tree, 24, 2);
+      case Tree::Object:
+        return writeObject(tree);
       case Tree::Refused:
         sink_.sourceError(static_cast<lvArgDest::sourceError_t>(tree.number));
         return -2;
@@ -187,6 +245,26 @@ class TreeWriter {
     return status;
   }
 
+  int writeObject(Tree const& tree) {
+    if (sink_.enter(classNamed(tree.bytes), -1) < 0) {
+      return -1;
+    }
+    if (tree.children.empty()) {
+      return 0;
+    }
+    for (std::size_t i = 0; i < tree.children.size(); ++i) {
+      if (static_cast<int>(i) >= tree.number) {
+        sink_.sourceError(lvArgDest::SOURCE_ERROR_FIELD_ACCESS);
+        return -2;
+      }
+      if (write(tree.children[i]) < 0) {
+        sink_.abortLevel();
+        return -1;
+      }
+    }
+    return sink_.leave() < 0 ? -1 : 0;
+  }
+
   Sink& sink_;
 };
 
@@ -197,10 +275,14 @@ class TreeMaker {
 
   int upTo(int most) { return std::uniform_int_distribution<int>(0, most)(random); }
 
-  // At most so many levels deep: a vector takes one, a map two, of which one is its tuples'.
+  // At most so many levels deep: vectors and objects take one, a map two, of which one is its
+  // tuples'.
   Tree make(int levels) {
     int const kind = upTo(9);
     levels = budget-- > 0 ? levels : 0;
+    if (allowsObjects && levels >= 1 && upTo(2) == 0) {
+      return makeObject(levels);
+    }
     if (kind < 3 && levels >= 1) {
       return makeVector(levels);
     }
@@ -217,6 +299,7 @@ class TreeMaker {
     } else if (allowsRefused && upTo(1) == 0) {
       scalar.kind = Tree::Refused;
       scalar.number = 1 << upTo(2);
+      scalar.variant = allowsObjects ? upTo(2) : 0;
     }
     return scalar;
   }
@@ -228,6 +311,9 @@ class TreeMaker {
       bool const map = levels > 1 && upTo(1) == 0;
       Tree outer;
       outer.kind = map ? Tree::Map : Tree::Vector;
+      if (allowsObjects && !map && upTo(1) == 0) {
+        outer = {Tree::Object, 0, "Point", {make(0)}};
+      }
       if (map) {
         outer.children.push_back(make(0));
         tree = tree.kind == Tree::Nil ? Tree{Tree::Integer, 7, "", {}} : tree;
@@ -241,12 +327,35 @@ class TreeMaker {
 
   // Whether there may be values that the serializer refuses.
   bool allowsRefused = false;
+  // Whether there may be objects, whose classes must be registered, and maps that are tuple sets.
+  bool allowsObjects = false;
+  // Whether the objects may be of unusual classes; those do not read back as they were.
+  bool allowsUnusualClasses = false;
+  // Whether keys are scalars only.
+  bool hasScalarKeys = false;
   // Whether maps may be empty; those do not read back as maps.
   bool allowsEmptyMaps = false;
   // After so many trees there are scalars only.
   int budget = 150;
 
  private:
+  Tree makeObject(int levels) {
+    std::vector<std::string> keys;
+    for (auto const& facts : classFacts()) {
+      bool const isOwn = facts.second.shown.empty();
+      if (isOwn && (facts.second.isOrdinary || (allowsUnusualClasses && upTo(1) == 0))) {
+        keys.push_back(facts.first);
+      }
+    }
+    Tree tree;
+    tree.kind = Tree::Object;
+    tree.bytes = keys[static_cast<std::size_t>(upTo(static_cast<int>(keys.size()) - 1))];
+    for (int left = classFacts().at(tree.bytes).entries; left > 0; --left) {
+      tree.children.push_back(make(levels - 1));
+    }
+    return tree;
+  }
+
   Tree makeVector(int levels) {
     Tree tree;
     tree.kind = Tree::Vector;
@@ -259,9 +368,10 @@ class TreeMaker {
   Tree makeMap(int levels) {
     Tree tree;
     tree.kind = Tree::Map;
+    tree.variant = allowsObjects ? upTo(1) : 0;
     std::set<std::string> keys;
     for (int left = upTo(4) + (allowsEmptyMaps ? 0 : 1); left > 0; --left) {
-      Tree key = make(levels - 2);
+      Tree key = make(hasScalarKeys ? 0 : levels - 2);
       Tree value = make(levels - 2);
       if (value.kind == Tree::Nil) {
         value.kind = Tree::Integer;

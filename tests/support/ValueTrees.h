@@ -1,8 +1,8 @@
 // Making vectors and maps, and writing whole value trees down for comparison.
 //
-// A tree reads  nil  5  'text'  [1,'a']  {'k'=1,2=[]}. Bytes outside of printable ASCII, quotes and
-// backslashes stand as \xHH. The entries of a map are sorted, so that two trees with the same
-// content read the same.
+// A tree reads  nil  5  'text'  [1,'a']  {'k'=1,2=[]}  *Point{3,4}. Bytes outside of printable
+// ASCII, quotes and backslashes stand as \xHH. The entries of a map are sorted, so that two trees
+// with the same content read the same.
 #pragma once
 
 #include <algorithm>
@@ -18,6 +18,19 @@
 #include "tarselvalues/containers/lvVector.h"
 
 namespace test {
+
+// An object that is written down as its class key and its fields.
+class FieldObject : public lvReferencable {
+ public:
+  virtual std::vector<lvArg*> cells() = 0;
+  std::vector<lvArg> fields() const {
+    std::vector<lvArg> copies;
+    for (lvArg const* const cell : const_cast<FieldObject*>(this)->cells()) {
+      copies.push_back(*cell);
+    }
+    return copies;
+  }
+};
 
 inline lvArg vectorOf(std::initializer_list<lvArg> elements) {
   lvVector vector(static_cast<int>(elements.size()));
@@ -65,6 +78,11 @@ inline std::string describedEntries(std::vector<std::string> entries) {
 
 inline std::string described(lvArg const& value);
 
+// What has no form of its own: a stack, a sorted list, a class.
+inline std::string describedTag(lvArg const& value) {
+  return "<tag " + std::to_string(value.getType()) + ">";
+}
+
 inline std::string describedVector(lviList const& list) {
   std::vector<std::string> elements;
   for (int i = 0; i < list.getSize(); ++i) {
@@ -81,7 +99,18 @@ inline std::string describedMap(lviMap const& map) {
   return describedEntries(std::move(entries));
 }
 
+inline std::string describedObject(FieldObject const& object) {
+  std::vector<std::string> fields;
+  for (lvArg const& field : object.fields()) {
+    fields.push_back(described(field));
+  }
+  return "*" + textOf(object.getClassDesc()) + "{" + joined(fields) + "}";
+}
+
 inline std::string described(lvArg const& value) {
+  auto const* const map = dynamic_cast<lviMap const*>(value.getReferencable());
+  auto const* const list = dynamic_cast<lviList const*>(value.getReferencable());
+  auto const* const object = dynamic_cast<FieldObject const*>(value.getReferencable());
   switch (value.getType()) {
     case lvArg::NilType:
       return "nil";
@@ -90,11 +119,11 @@ inline std::string described(lvArg const& value) {
     case lvArg::StringType:
       return describedText(textOf(value));
     case lvArg::MapType:
-      return describedMap(*lvHashMap(value).getMap());
+      return map != nullptr ? describedMap(*map) : describedTag(value);
     case lvArg::ListType:
-      return describedVector(*lvVector(value).getList());
+      return list != nullptr ? describedVector(*list) : describedTag(value);
     default:
-      return "<tag " + std::to_string(value.getType()) + ">";
+      return object != nullptr ? describedObject(*object) : describedTag(value);
   }
 }
 
