@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "tarselvalues/core/lvArg.h"
 
@@ -36,15 +37,15 @@ void moveItems(Item* to, Item const* from, std::int32_t n) {
 
 // Makes room for `needed` items: by `step`, or by as many as it takes. Returns 0, or GrowthFailed:
 // then the array and what it held are gone, `items` is null, `inUse` 0, and `capacity` raised
-// already.
+// already; the next growth starts from nothing.
 template <class Item>
 int growItems(Item*& items, std::int32_t& inUse, std::int32_t& capacity, std::uint32_t step,
               std::int32_t needed) {
-  if (items != nullptr && capacity >= needed) {
+  if (needed <= 0 || (items != nullptr && capacity >= needed)) {
     return 0;
   }
   std::int32_t const old = items != nullptr ? capacity : 0;
-  auto const stepped = std::int64_t{capacity} + step;
+  auto const stepped = std::int64_t{old} + step;
   capacity = static_cast<std::int32_t>(
       std::min<std::int64_t>(std::max<std::int64_t>(stepped, needed), INT32_MAX));
   auto const wanted = static_cast<std::size_t>(capacity);
@@ -52,11 +53,9 @@ int growItems(Item*& items, std::int32_t& inUse, std::int32_t& capacity, std::ui
                           ? std::realloc(static_cast<void*>(items), wanted * sizeof(Item))
                           : nullptr;
   if (grown == nullptr) {
-    Item* const lost = items;
-    std::int32_t const held = inUse;
-    items = nullptr;
+    Item* const lost = std::exchange(items, nullptr);
     inUse = 0;
-    std::destroy_n(lost, held);
+    std::destroy_n(lost, old);
     std::free(static_cast<void*>(lost));
     return GrowthFailed;
   }
@@ -79,18 +78,21 @@ void closeGap(Item* items, std::int32_t inUse, std::int32_t position) {
   zeroItems(items + inUse - 1, 1);
 }
 
-// Bisection for `key` in the positions from `low` up to `high`, which must not be empty; `cellAt`
-// gives the cell at a position. Sets `found` and returns where an equal cell is, or the position
-// probed last: a neighbour of where the key belongs, so whoever inserts compares once more.
+// Bisection for `key` in the positions from `low` up to `high`. `cellAt` gives the cell at a
+// position, `inUse` is how many there are: both are asked again after each comparison, which may
+// run a function of the program that changes the array. Sets `found` and returns where an equal
+// cell is, or the position probed last: a neighbour of where the key belongs, so whoever inserts
+// compares once more.
 template <class CellAt>
-int bisect(lvArg const& key, int low, int high, CellAt cellAt, bool& found) {
+int bisect(lvArg const& key, int low, int high, std::int32_t const& inUse, CellAt cellAt,
+           bool& found) {
   found = false;
   int middle = low;
-  while (low < high) {
+  while (low < high && high <= inUse) {
     middle = low + (high - low) / 2;
     int const order = key.compareTo(cellAt(middle));
     if (order == 0) {
-      found = true;
+      found = middle < inUse;
       break;
     }
     if (order > 0) {

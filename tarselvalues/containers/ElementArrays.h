@@ -18,7 +18,9 @@ inline std::uint16_t cutToLimit(int capacity) {
 // The capacity that a full array of `count` elements grows to.
 inline int grownCapacity(int count) { return count * 3 / 2 + 10; }
 
-// Hash of a sequence of cells, with 32-bit wrap-around; `elementAt` gives the cell at a position.
+// Hash of a sequence of cells, with 32-bit wrap-around; `elementAt` gives the cell at a position,
+// also at one that is gone by then: the hash of an element may be the program's own function, which
+// may change the sequence.
 template <class ElementAt>
 std::uint32_t hashElements(int count, ElementAt elementAt) {
   constexpr std::uint32_t startFactor = 74641;

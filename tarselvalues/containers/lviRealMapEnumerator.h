@@ -3,7 +3,8 @@
 // A fresh cursor stands before the first entry: call next() once before the first getKey().
 //
 // Ownership: belongs to whoever called lviMap::getEnumerator(), who deletes it; the handle
-//            lvMapEnumerator does that by itself. Whether it keeps its map alive is the map's to say.
+//            lvMapEnumerator does that by itself. Whether it keeps its map alive is the map's to
+//            say.
 // Threads:   one thread at a time for a map and all its cursors together.
 #pragma once
 

@@ -61,7 +61,11 @@ lvArg copyOf(Node const* node) {
 
 lvrDLList::lvrDLList() : count(0), head(nullptr), tail(nullptr) { setKind(ListKind); }
 
-lvrDLList::~lvrDLList() { lvrDLList::clear(); }
+lvrDLList::~lvrDLList() {
+  while (head != nullptr) {  // Again, if something was inserted while elements were released.
+    lvrDLList::clear();
+  }
+}
 
 lvReferencable* lvrDLList::defaultCtorMethod() { return new lvrDLList; }
 
@@ -185,11 +189,12 @@ bool lvrDLList::merge(lviList const& other) {
   if (head != nullptr && tail == nullptr) {
     return false;
   }
-  int left = other.getSize();
-  if (left == 0) {
+  if (other.getSize() == 0) {
     return false;
   }
-  for (lvListEnumerator element(other); left > 0 && element->gotoNext(); --left) {
+  bool const isItself = &other == static_cast<lviList const*>(this);
+  int left = count;  // Its own elements end where they end now.
+  for (lvListEnumerator element(other); (!isItself || left-- > 0) && element->gotoNext();) {
     insert(element->getValue(), Append);
   }
   return true;

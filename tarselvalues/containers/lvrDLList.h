@@ -13,8 +13,8 @@
 // Threads:   one thread at a time for a list and all its cursors together. The direction of search
 //            may be disturbed by any thread.
 // Errors:    out of memory is std::bad_alloc and leaves the list as it was.
-// Cursors:   a cursor whose element is taken away stands on the element that has its position then,
-//            or after the last one. It never reads a freed node.
+// Cursors:   a cursor whose element is taken away stands on the element that has its position when
+//            the cursor is next used, or after the last one. It never reads a freed node.
 // Layout:    on 32-bit ARM: count 40, head 44, tail 48, size 52.
 #pragma once
 
@@ -142,7 +142,7 @@ class TARSELVALUES_API lvrDLList : public lvReferencable, public lviList {
   // Returns 0 when an element was removed, -1 when none is equal (lvArg::eq).
   int remove(lvArg const& value) override;
   bool clear() override;
-  // Appends copies of the elements that `other` has when it begins, which may be this list.
+  // Appends copies of the elements of `other`, which may be this list: it has each twice then.
   // Deliberate: false for an empty `other`, though nothing is wrong.
   bool merge(lviList const& other) override;
   lvArg at(int index) const override;

@@ -84,20 +84,47 @@ unsigned int lvrHashMap::hashCode() const { return hashSum; }
 
 int lvrHashMap::getSize() const { return count; }
 
-// Returns the link that leads to the entry with this key, or the null link that ends its chain.
-lvrHashMap::HashEntry** lvrHashMap::findLink(lvArg const& key, unsigned int hash) const {
+// Whether the map has an entry in the chain of this hash; the entry itself is not looked at.
+bool lvrHashMap::has(HashEntry const* entry, unsigned int hash) const {
+  HashEntry const* alive = buckets != nullptr ? buckets[hash % hashSize] : nullptr;
+  while (alive != nullptr && alive != entry) {
+    alive = alive->next;
+  }
+  return alive != nullptr;
+}
+
+// Returns the entry with this key, or null. Comparing keys may run a function of the program, which
+// may change the map: the search then goes on from its entry, or ends if that has gone.
+lvrHashMap::HashEntry* lvrHashMap::find(lvArg const& key, unsigned int hash) const {
+  HashEntry* entry = buckets != nullptr ? buckets[hash % hashSize] : nullptr;
+  while (entry != nullptr) {
+    std::uint64_t const before = removals();
+    bool const equal = entry->key.equiv(key) != 0;
+    if (removals() != before && !has(entry, hash)) {
+      return nullptr;
+    }
+    if (equal) {
+      return entry;
+    }
+    entry = entry->next;
+  }
+  return nullptr;
+}
+
+// Returns the link in a chain that leads to `entry`; for null, the one that ends the chain.
+lvrHashMap::HashEntry** lvrHashMap::linkTo(HashEntry const* entry, unsigned int hash) const {
   HashEntry** link = &buckets[hash % hashSize];
-  while (*link != nullptr && (*link)->key.equiv(key) == 0) {
+  while (*link != entry) {
     link = &(*link)->next;
   }
   return link;
 }
 
 lvArg lvrHashMap::get(lvArg const& key) const {
-  if (count == 0 || buckets == nullptr || hashSize == 0) {
+  if (count == 0) {
     return lvArg::NilValue;
   }
-  HashEntry const* const entry = *findLink(key, key.hashCode());
+  HashEntry const* const entry = find(key, key.hashCode());
   return entry != nullptr ? entry->value : lvArg::NilValue;
 }
 
@@ -128,22 +155,24 @@ int lvrHashMap::needStorage() {
 }
 
 int lvrHashMap::put(lvArg const& key, lvArg const& value, lvArg* old) {
-  int const status = needStorage();
+  unsigned int const hash = key.hashCode();
+  int status = needStorage();
   if (status != 0) {
     return status;
   }
-  unsigned int const hash = key.hashCode();
-  HashEntry** const link = findLink(key, hash);
-  HashEntry* const entry = *link;
+  HashEntry* const entry = find(key, hash);
   if (entry == nullptr) {
     if (!value.isNil()) {
-      linkEntry(takeEntry(key, value), link, hash);
+      status = needStorage();  // The search may have lost it.
+      if (status == 0) {
+        linkEntry(takeEntry(key, value), hash);
+      }
     }
-    return 0;
+    return status;
   }
   tarselvalues::DeliveredOld const delivered(old, entry->value);
   if (value.isNil()) {
-    removeEntry(link, hash);
+    removeEntry(entry, hash);
   } else {
     entry->value.assign(value);
   }
@@ -161,19 +190,17 @@ lvrHashMap::HashEntry* lvrHashMap::takeEntry(lvArg const& key, lvArg const& valu
   return entry;
 }
 
-// `tail` is the link that ends the chain.
-void lvrHashMap::linkEntry(HashEntry* entry, HashEntry** tail, unsigned int hash) {
+void lvrHashMap::linkEntry(HashEntry* entry, unsigned int hash) {
   bool const toHead = (insertions.fetch_add(1, std::memory_order_relaxed) + 1) % 2 == 0;
-  HashEntry** const link = toHead ? &buckets[hash % hashSize] : tail;
+  HashEntry** const link = toHead ? &buckets[hash % hashSize] : linkTo(nullptr, hash);
   entry->next = *link;
   *link = entry;
   ++count;
   hashSum += HashSumFactor * hash;
 }
 
-void lvrHashMap::removeEntry(HashEntry** link, unsigned int hash) {
-  HashEntry* const entry = *link;
-  *link = std::exchange(entry->next, nullptr);
+void lvrHashMap::removeEntry(HashEntry* entry, unsigned int hash) {
+  *linkTo(entry, hash) = std::exchange(entry->next, nullptr);
   --count;
   hashSum -= HashSumFactor * hash;
   ++blockOf(buckets).removals;

@@ -138,10 +138,12 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   TARSELVALUES_INTERNAL static HashEntry** allocateBuckets(std::uint32_t size);
   TARSELVALUES_INTERNAL static void freeBuckets(HashEntry** heads);
   TARSELVALUES_INTERNAL std::uint64_t removals() const;
-  TARSELVALUES_INTERNAL HashEntry** findLink(lvArg const& key, unsigned int hash) const;
+  TARSELVALUES_INTERNAL bool has(HashEntry const* entry, unsigned int hash) const;
+  TARSELVALUES_INTERNAL HashEntry* find(lvArg const& key, unsigned int hash) const;
+  TARSELVALUES_INTERNAL HashEntry** linkTo(HashEntry const* entry, unsigned int hash) const;
   TARSELVALUES_INTERNAL HashEntry* takeEntry(lvArg const& key, lvArg const& value);
-  TARSELVALUES_INTERNAL void linkEntry(HashEntry* entry, HashEntry** tail, unsigned int hash);
-  TARSELVALUES_INTERNAL void removeEntry(HashEntry** link, unsigned int hash);
+  TARSELVALUES_INTERNAL void linkEntry(HashEntry* entry, unsigned int hash);
+  TARSELVALUES_INTERNAL void removeEntry(HashEntry* entry, unsigned int hash);
 
   std::int32_t count;
   std::uint32_t hashSize;

@@ -56,7 +56,7 @@ lvArg lvrSortedArrayList::get(int index) const {
 int lvrSortedArrayList::search(lvArg const& value, bool* found, int low, int high) const {
   bool hit = false;
   int const position = tarselvalues::bisect(
-      value, std::max(low, 0), std::min(high, count),
+      value, std::max(low, 0), std::min(high, count), count,
       [this](int i) -> lvArg const& { return array[i]; }, hit);
   if (found != nullptr) {
     *found = hit;
@@ -119,7 +119,8 @@ int lvrSortedArrayList::compareTo(lvReferencable const& other) const {
   }
   lvSortedListEnumerator theirs(*list, 0);
   for (int i = 0; i < count; ++i) {
-    int const order = array[i].compareTo(theirs->next());
+    lvArg const theirValue = theirs->next();  // By itself: it may change this list.
+    int const order = get(i).compareTo(theirValue);
     if (order != 0) {
       return order;
     }
@@ -155,7 +156,9 @@ int lvrSortedArrayList::add(lvArg const& value) {
     }
   } else if (!found) {
     growOrExit();
-    insertAt(value.compareTo(array[position]) > 0 ? position + 1 : position, value);
+    bool const behind = position < count && value.compareTo(array[position]) > 0;
+    growOrExit();  // The comparison may have used the room, or lost it.
+    insertAt(std::min(behind ? position + 1 : position, count), value);
   } else if (keepsDuplicates()) {
     growOrExit();
     insertAt(position, value);
@@ -169,13 +172,15 @@ int lvrSortedArrayList::add(lvArg const& value) {
 
 // Requires room for one more.
 void lvrSortedArrayList::insertAt(int i, lvArg const& value) {
-  insertEmptyEntry(i);
+  lvArg const left(std::move(array[count]));  // See insertEmptyEntry().
+  tarselvalues::openGap(array, count, i);
   ++count;
   array[i].assign(value);
 }
 
 void lvrSortedArrayList::insertEmptyEntry(int i) {
   if (i >= 0 && i <= count && count < capacity && array != nullptr) {
+    lvArg const left(std::move(array[count]));  // The element that left the list the last time.
     tarselvalues::openGap(array, count, i);
   }
 }
@@ -192,9 +197,11 @@ void lvrSortedArrayList::removeEntry(int i) {
 void lvrSortedArrayList::clear() {
   // Empty before the first release: what runs in there finds a list that it may use.
   lvArg* const cleared = std::exchange(array, nullptr);
-  std::int32_t const held = std::exchange(count, 0);
-  capacity = 0;
-  std::destroy_n(cleared, held);
+  std::int32_t const room = std::exchange(capacity, 0);
+  count = 0;
+  if (cleared != nullptr) {
+    std::destroy_n(cleared, room);
+  }
   std::free(static_cast<void*>(cleared));
 }
 
@@ -207,23 +214,86 @@ int lvrSortedArrayList::finalize() {
 
 // ---- Merging -----------------------------------------------------------------------------------
 
-bool lvrSortedArrayList::addAll(lviSortedList const& other) {
-  if (&other == this) {
-    lvArg const holder(*new lvrSortedArrayList(allowDuplicates));
-    auto& copy = static_cast<lvrSortedArrayList&>(*holder.getReferencable());
-    if (copy.expand(count) == 0) {
-      std::copy(array, array + count, copy.array);
-      copy.count = count;
+// The array while elements are merged into it. It is out of the list meanwhile: comparing and
+// releasing elements may run functions of the program, which then find the list empty.
+//
+// The greatest element goes to the last place first. The places behind `mine` and up to `place` are
+// nil, so nothing is overwritten.
+class lvrSortedArrayList::Merge {
+ public:
+  Merge(lvrSortedArrayList& merged, int mergedSize)
+      : list(merged),
+        cells(std::exchange(merged.array, nullptr)),
+        room(std::exchange(merged.capacity, 0)),
+        size(mergedSize),
+        mine(std::exchange(merged.count, 0) - 1),
+        place(mergedSize - 1) {}
+  Merge(Merge const&) = delete;
+  Merge& operator=(Merge const&) = delete;
+
+  // Puts the array back. What was added to the list meanwhile is released.
+  ~Merge() {
+    while (list.array != nullptr) {
+      list.clear();
     }
-    return addAll(copy);
+    int const left = place - mine;  // The elements to come were fewer than expected.
+    tarselvalues::moveItems(cells + mine + 1, cells + place + 1, size - place - 1);
+    tarselvalues::zeroItems(cells + size - left, left);
+    list.array = cells;
+    list.capacity = room;
+    list.count = size - left;
   }
-  int taken = 0;
-  int const size = mergedSize(other, taken);
-  if (taken != 0 && expand(size) == 0) {
-    mergeFromTheBack(other, taken, size);
+
+  // Takes `n` elements in, from the one before the cursor backwards.
+  void takeAll(lviRealSortedListEnumerator& theirs, int n) {
+    lvArg value = theirs.previous();
+    while (n > 0) {
+      int const order = mine >= 0 ? cells[mine].compareTo(value) : -1;
+      if (order > 0) {
+        move();
+        continue;
+      }
+      if (order < 0 && place == mine) {
+        return;  // Out of order: behind a nil that add() left, say. The rest was found to be here.
+      }
+      lvArg const written(value);
+      write(written, order == 0);
+      do {
+        --n;
+        value = n > 0 ? theirs.previous() : lvArg();
+      } while (!list.keepsDuplicates() && n > 0 && value.compareTo(written) == 0);
+    }
   }
-  return true;
-}
+
+ private:
+  void write(lvArg const& value, bool equal) {
+    if (equal && !list.keepsDuplicates()) {
+      cells[mine].assign(value);
+      move();
+      return;
+    }
+    cells[place--].assign(value);
+    if (equal) {
+      move();
+    }
+  }
+
+  // Moves the list's own element up to the place.
+  void move() {
+    if (mine != place) {
+      cells[place].exchange(cells[mine]);
+    }
+    --mine;
+    --place;
+  }
+
+  lvrSortedArrayList& list;
+  lvArg* const cells;
+  int const room;
+  int const size;
+  int mine;
+  int place;
+};
 
 // Returns how many elements the merged list has; `taken` is how many of `other` come into it, from
 // its front on. Without duplicates a nil ends `other`.
@@ -250,44 +320,25 @@ int lvrSortedArrayList::mergedSize(lviSortedList const& other, int& taken) const
   return size;
 }
 
-void lvrSortedArrayList::moveElement(int from, int to) {
-  if (from != to) {
-    array[to].exchange(array[from]);
+bool lvrSortedArrayList::addAll(lviSortedList const& other) {
+  if (&other == this) {
+    lvArg const holder(*new lvrSortedArrayList(allowDuplicates));
+    auto& copy = static_cast<lvrSortedArrayList&>(*holder.getReferencable());
+    if (copy.expand(count) == 0) {
+      std::copy(array, array + count, copy.array);
+      copy.count = count;
+    }
+    return addAll(copy);
   }
-}
-
-// The greatest element goes to the last place first. Places behind `mine` and up to `place` are
-// nil, so nothing is overwritten.
-void lvrSortedArrayList::mergeFromTheBack(lviSortedList const& other, int taken, int size) {
-  lvSortedListEnumerator theirs(other, taken);
-  lvArg value = theirs->previous();
-  int mine = count - 1;
-  int place = size - 1;
-  while (taken > 0 && place >= 0) {
-    int const order = mine >= 0 ? array[mine].compareTo(value) : -1;
-    if (order < 0 && place == mine) {
-      break;  // Out of order: behind a nil that add() left, say. The rest was found to be here.
+  int taken = 0;
+  int const size = std::max(mergedSize(other, taken), count);
+  if (taken != 0) {
+    lvSortedListEnumerator theirs(other, taken);
+    if (expand(size) == 0) {
+      Merge(*this, size).takeAll(*theirs.getCursor(), taken);
     }
-    if (order > 0) {
-      moveElement(mine--, place--);
-      continue;
-    }
-    lvArg const written(value);
-    if (order == 0 && !keepsDuplicates()) {
-      array[mine].assign(written);
-      moveElement(mine--, place--);
-    } else {
-      array[place--].assign(written);
-      if (order == 0) {
-        moveElement(mine--, place--);
-      }
-    }
-    do {
-      --taken;
-      value = taken > 0 ? theirs->previous() : lvArg();
-    } while (!keepsDuplicates() && taken > 0 && value.compareTo(written) == 0);
   }
-  count = size;
+  return true;
 }
 
 // ---- Cursors -----------------------------------------------------------------------------------

@@ -15,7 +15,7 @@
 //            process ends with exit status 13. An empty list stays empty then, and a list that
 //            cannot grow in addAll() or expand() has lost its elements and is empty.
 // Cursors:   read through the list by position: they see every change, and nil where there is no
-//            element any more.
+//            element any more. For that they have a pointer to the list.
 // Layout:    on 32-bit ARM: array 36, count 40, capacity 44, growStep 48 (24 bits), allowDuplicates
 //            51, size 52.
 #pragma once
@@ -123,7 +123,8 @@ class TARSELVALUES_API lvrSortedArrayList : public lviSortedList {
   int getSize() const override;
   int add(lvArg const& value) override;
   // Merges `other`, which may be this list, in place. Of equal elements the one of `other` comes
-  // last. Where duplicates are not allowed it replaces this list's, and a nil ends `other`.
+  // last. Where duplicates are not allowed it replaces this list's, and a nil ends `other`. Both
+  // must be in order: in a list with a nil behind its last element, equal elements may stay.
   bool addAll(lviSortedList const& other) override;
   // Releases the elements and frees the array.
   void clear() override;
@@ -152,20 +153,21 @@ class TARSELVALUES_API lvrSortedArrayList : public lviSortedList {
   // Removes the element at a position; nothing happens if there is none.
   void removeEntry(int i);
 
-  // Moves the elements from a position on up by one, into room that must be there, and leaves nil
-  // at the position. The size stays.
+  // For derived classes, which then count the new element: moves the elements from a position on up
+  // by one, and leaves nil at the position. Nothing happens without room. The size stays, so the
+  // last element has left the list, and is released when its place is taken or the list goes.
   void insertEmptyEntry(int i);
 
  private:
   template <class T>
   friend struct lvLayoutAccess;
 
+  class TARSELVALUES_INTERNAL Merge;
+
   TARSELVALUES_INTERNAL bool keepsDuplicates() const { return (allowDuplicates & 1U) != 0; }
   TARSELVALUES_INTERNAL void growOrExit();
   TARSELVALUES_INTERNAL void insertAt(int i, lvArg const& value);
   TARSELVALUES_INTERNAL int mergedSize(lviSortedList const& other, int& taken) const;
-  TARSELVALUES_INTERNAL void mergeFromTheBack(lviSortedList const& other, int taken, int size);
-  TARSELVALUES_INTERNAL void moveElement(int from, int to);
 
   lvArg* array;
   std::int32_t count;

@@ -25,7 +25,7 @@ lvrStack::lvrStack(int size)
   setKind(MapKind);
 }
 
-lvrStack::~lvrStack() { releaseData(); }
+lvrStack::~lvrStack() { lvrStack::finalize(); }
 
 lvReferencable* lvrStack::defaultCtorMethod() { return new lvrStack(DefaultCapacity); }
 
@@ -39,14 +39,19 @@ int lvrStack::equiv(lvReferencable const& other) const { return &other == this ?
 
 unsigned int lvrStack::hashCode() const {
   if (flags == 0) {
-    hashCache =
-        tarselvalues::hashElements(count, [this](int i) -> lvArg const& { return elements[i]; });
-    flags = HashCached;
+    flags = HashCached;  // First: it is gone again if the stack changes meanwhile.
+    hashCache = tarselvalues::hashElements(
+        count, [this](int i) -> lvArg const& { return i < count ? elements[i] : lvArg::NilValue; });
   }
   return hashCache;
 }
 
-int lvrStack::finalize() { return releaseData(); }
+int lvrStack::finalize() {
+  while (elements != nullptr) {  // Again, if something was pushed while elements were released.
+    releaseData();
+  }
+  return 0;
+}
 
 int lvrStack::getSize() const { return count; }
 

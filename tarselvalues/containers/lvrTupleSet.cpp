@@ -52,7 +52,7 @@ lvrTupleSet::Pair const* lvrTupleSet::pairAt(int i) const { return has(i) ? &ent
 int lvrTupleSet::search(lvArg const& key, bool* found) const {
   bool hit = false;
   int const position = tarselvalues::bisect(
-      key, 0, count, [this](int i) -> lvArg const& { return entries[i].key; }, hit);
+      key, 0, count, count, [this](int i) -> lvArg const& { return entries[i].key; }, hit);
   if (found != nullptr) {
     *found = hit;
   }
@@ -105,8 +105,9 @@ int lvrTupleSet::put(lvArg const& key, lvArg const& value, lvArg* old) {
     }
   } else if (!value.isNil()) {
     growOrExit();
-    bool const behind = key.compareTo(entries[position].key) > 0;
-    insertAt(behind ? position + 1 : position, key, value, 1);
+    bool const behind = has(position) && key.compareTo(entries[position].key) > 0;
+    growOrExit();  // The comparison may have used the room, or lost it.
+    insertAt(std::min(behind ? position + 1 : position, count), key, value, 1);
   }
   return 0;
 }

@@ -8,8 +8,8 @@
 //            must not outlive it.
 // Threads:   one thread at a time for a set and all its cursors together.
 // Errors:    deliberate: when the array of a set with pairs cannot grow during put(), the process
-//            ends with exit status 13. A set without pairs stays empty then. expand() itself answers
-//            -12; the pairs are lost then.
+//            ends with exit status 13. A set without pairs stays empty then. expand() itself
+//            answers -12; the pairs are lost then.
 // Cursors:   read through the set by position: they see every change, and nil where there is no
 //            pair any more.
 // Class key: deliberate: getClassDesc() answers "Referencable", though the class registry knows the

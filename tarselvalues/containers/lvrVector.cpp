@@ -61,9 +61,9 @@ lvArg& lvrVector::slot(int position) const { return elements[(start + position) 
 
 unsigned int lvrVector::hashCode() const {
   if (flags == 0) {
-    hashCache =
-        tarselvalues::hashElements(count, [this](int i) -> lvArg const& { return slot(i); });
-    flags = HashCached;
+    flags = HashCached;  // First: it is gone again if the vector changes meanwhile.
+    hashCache = tarselvalues::hashElements(
+        count, [this](int i) -> lvArg const& { return i < count ? slot(i) : lvArg::NilValue; });
   }
   return hashCache;
 }

@@ -1,5 +1,9 @@
 #include "tarselvalues/core/lvReferencable.h"
 
+#include <cstddef>
+#include <cstring>
+#include <utility>
+
 #include "tarselvalues/core/Address.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/Reference.h"
@@ -27,6 +31,41 @@ class MutexGuard {
  private:
   pthread_mutex_t& mutex;
 };
+
+// How deep last releases may nest: an object that goes releases what it holds, and so on. What
+// would go deeper waits until the outermost release has got so far, so the native stack that a
+// release takes does not grow with the depth of what is released.
+constexpr int MaxNestedReleases = 110;
+
+// What this thread is releasing. Without a destructor, so that it is there at any time; reached
+// without a call that might allocate.
+struct Releases {
+  int nested;
+  lvReferencable* waiting;  // the object that was put off last; each knows the one before
+};
+__attribute__((tls_model("initial-exec"))) thread_local Releases releases{};
+
+class NestedRelease {
+ public:
+  NestedRelease() noexcept { ++releases.nested; }
+  ~NestedRelease() { --releases.nested; }
+  NestedRelease(NestedRelease const&) = delete;
+  NestedRelease& operator=(NestedRelease const&) = delete;
+};
+
+// An object that waits for its end has no use for its mutex: that holds the link. The last bytes
+// do, which leaves the rest as pthread_mutex_destroy() has marked it.
+constexpr std::size_t LinkOffset = sizeof(pthread_mutex_t) - sizeof(lvReferencable*);
+
+void setLink(pthread_mutex_t& place, lvReferencable* link) {
+  std::memcpy(reinterpret_cast<char*>(&place) + LinkOffset, &link, sizeof(link));
+}
+
+lvReferencable* linkIn(pthread_mutex_t const& place) {
+  lvReferencable* link = nullptr;
+  std::memcpy(&link, reinterpret_cast<char const*>(&place) + LinkOffset, sizeof(link));
+  return link;
+}
 
 }  // namespace
 
@@ -84,11 +123,41 @@ int lvReferencable::__removeRef() {
     }
     count_ = DyingCount;
   }
-  if (finalize() == FinalizeRefused) {
+  // A string holds nothing, so it can go at any depth. It must not wait: an interned one can be
+  // found meanwhile.
+  if (releases.nested >= MaxNestedReleases && getKind() != StringKind) {
+    putOff();
+    return 1;
+  }
+  int const gone = finish();
+  if (releases.nested == 0) {
+    finishWaiting();
+  }
+  return gone;
+}
+
+// Ends the object, unless its finalize() refuses. Returns whether it is gone.
+int lvReferencable::finish() {
+  NestedRelease const nested;
+  if (finalize() == FinalizeRefused && getKind() == StringKind) {
     return 0;
   }
   delete this;
   return 1;
+}
+
+// Queues the object for finishWaiting(). Allocates nothing.
+void lvReferencable::putOff() {
+  pthread_mutex_destroy(&mutex_);
+  setLink(mutex_, std::exchange(releases.waiting, this));
+}
+
+void lvReferencable::finishWaiting() {
+  while (lvReferencable* const object = releases.waiting) {
+    releases.waiting = linkIn(object->mutex_);
+    initRecursive(object->mutex_);
+    object->finish();
+  }
 }
 
 void lvReferencable::__makeImmortal() {

@@ -74,6 +74,8 @@ class TARSELVALUES_API lvReferencable {
   static lvString const& getStaticClassDesc();
 
   // Drops one reference. Returns 1 when that was the last one and the object is gone, else 0.
+  // What the object holds is released within its own end; more than 100 levels below the outermost
+  // release an end may be put off, but it comes before the outermost call returns.
   // Dropping a reference that nobody took leaves a negative count and deletes nothing.
   // An immortal object is never deleted: its count goes from 0 to 10000 instead.
   int __removeRef();
@@ -115,6 +117,9 @@ class TARSELVALUES_API lvReferencable {
   static constexpr unsigned KindShift = 4;
 
   bool isImmortal() const;
+  TARSELVALUES_INTERNAL int finish();
+  TARSELVALUES_INTERNAL void putOff();
+  TARSELVALUES_INTERNAL static void finishWaiting();
 
   // The count an immortal object gets in place of 0: high enough not to be back there soon.
   static constexpr std::int32_t ImmortalCount = 10000;

@@ -50,8 +50,8 @@ class TARSELVALUES_API lvString : public lvArg {
     HashTable(HashTable const&) = delete;
     HashTable& operator=(HashTable const&) = delete;
 
-    // The lock of all chains, for callers of findStringObject(). It is not recursive: until unlock()
-    // its holder must neither make interned strings nor drop references to them.
+    // The lock of all chains, for callers of findStringObject(). It is not recursive: until
+    // unlock() its holder must neither make interned strings nor drop references to them.
     void writeLock();
     void unlock();
 
