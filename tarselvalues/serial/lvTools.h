@@ -8,8 +8,8 @@
 #include "tarselvalues/core/lvString.h"
 
 // Returns the text of `value`, cut after 4089 characters without a word; longer texts take an
-// lvtStringArgDest over a larger buffer. What cannot be written ends the text where it stands, or the level around
-// it, which is then closed twice.
+// lvtStringArgDest over a larger buffer. What cannot be written ends the text where it stands, or
+// the level around it, which is then closed twice.
 // Nil without memory for the text.
 TARSELVALUES_API lvString lvToolsToString(lvArg const& value);
 

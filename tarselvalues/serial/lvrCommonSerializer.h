@@ -54,7 +54,10 @@ class TARSELVALUES_API lvrCommonSerializer : public lvReferencable {
   int serializeMapInto(lvArgDest& dest, lvArg const& value);
   int serializeVectorInto(lvArgDest& dest, lvArg const& value);
 
-  // Writes an object through its class; -2 if nobody registered that.
+  // Writes an object through its class; -2 if nobody registered that. An object in which a field
+  // failed is closed once, and answers -1.
+  // Deliberate: an object of a class without fields, or with a field that cannot be read, leaves
+  // its level open.
   int serializeReferencableInto(lvArgDest& dest, lvArg const& value);
 
   // --- Reading ----------------------------------------------------------------------------------
@@ -67,7 +70,7 @@ class TARSELVALUES_API lvrCommonSerializer : public lvReferencable {
   int deserializeItemInto(lvArg& out, lvArgSource& src);
 
   // Reads the rest of a frame of this kind. A frame that the input does not close is complete all
-  // the same.
+  // the same; but an object is then dropped, and reads as nil, with success.
   int deserializeFrameInto(lvArg& out, lvArgSource& src, lvArg const& kind);
 
   // Reads the rest of a tuple: the first item is the key, the second the value, others are dropped.
