@@ -21,8 +21,8 @@
 // A class derived from Point passes Point's builder to its own: it then has Point's fields and
 // methods, names included, in front of its own.
 //
-// Ownership: the builder, the registry and whoever calls build() hold the class. The names of fields
-//            and methods must live until build().
+// Ownership: the builder, the registry and whoever calls build() hold the class. The names of
+//            fields and methods must live until build().
 // Threads:   one thread at a time; before other threads use the registry.
 // Errors:    what cannot be described does not compile. build() gives a nil handle, registerClass()
 //            -1, when a table cannot be filled: a kind takes 65535 entries at most.
@@ -39,6 +39,16 @@
 #include "tarselvalues/reflect/lvClass.h"
 #include "tarselvalues/reflect/lvrClass.h"
 #include "tarselvalues/reflect/lvtClassRegistry.h"
+
+namespace tarselvalues {
+
+// What a builder puts into one table.
+struct TableContents {
+  std::vector<unsigned char> entries;
+  std::vector<char const*> names;
+};
+
+}  // namespace tarselvalues
 
 template <class T>
 class lvClassBuilder {
@@ -71,8 +81,8 @@ class lvClassBuilder {
                reinterpret_cast<char const*>(&cell) - reinterpret_cast<char const*>(&object));
   }
 
-  // Appends a member function of one of these shapes. Keep to one shape within a kind: invokeMethod()
-  // calls the first, invokeMethodNArgs() the second.
+  // Appends a member function of one of these shapes. Keep to one shape within a kind:
+  // invokeMethod() calls the first, invokeMethodNArgs() the second.
   template <lvrClass::OffsetTableType Kind, class Result, class Owner>
   lvClassBuilder& method(char const* name, Result (Owner::*member)(lvArg&, lvArg const&)) {
     return addMethod<Kind, Result>(name, member);
@@ -103,7 +113,7 @@ class lvClassBuilder {
   lvClass build() {
     for (unsigned int i = 0; i < lvrClass::TableCount; ++i) {
       auto const kind = static_cast<lvrClass::OffsetTableType>(i);
-      Table const& table = tables[i];
+      tarselvalues::TableContents const& table = tables[i];
       if (!table.names.empty() && described->getNItems(kind) == 0 &&
           described->setDirectObjectNamedOffsets(kind, static_cast<int>(table.names.size()),
                                                  table.entries.data(), table.names.data()) != 0) {
@@ -125,11 +135,6 @@ class lvClassBuilder {
   template <class>
   friend class lvClassBuilder;
 
-  struct Table {
-    std::vector<unsigned char> entries;
-    std::vector<char const*> names;
-  };
-
   static lvReferencable* makeDefault() { return new T; }
 
   template <lvrClass::OffsetTableType Kind, class Result, class Owner, class Member>
@@ -145,7 +150,7 @@ class lvClassBuilder {
   template <class Entry>
   lvClassBuilder& add(lvrClass::OffsetTableType kind, char const* name, Entry const& entry) {
     auto const* const bytes = reinterpret_cast<unsigned char const*>(&entry);
-    Table& table = tables[kind];
+    tarselvalues::TableContents& table = tables[kind];
     table.entries.insert(table.entries.end(), bytes, bytes + sizeof(entry));
     table.names.push_back(name);
     return *this;
@@ -154,5 +159,5 @@ class lvClassBuilder {
   lvString className;
   lvArg superClass;
   lvClass described;
-  std::array<Table, lvrClass::TableCount> tables;
+  std::array<tarselvalues::TableContents, lvrClass::TableCount> tables;
 };
