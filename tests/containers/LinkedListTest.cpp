@@ -571,4 +571,15 @@ TEST_F(LinkedListBookkeeping, KeepsNothingFromElementToElement) {
   EXPECT_EQ(bookkeepingOf(nodeOf(*list, 0).value), 0U);
 }
 
+TEST(LinkedListEnd, ReleasesWhatIsInsertedIntoAListThatGoes) {
+  bool isGone = false;
+  {
+    LinkedList const list;
+    lvrDLList& dying = *list;
+    list->insert(
+        acting([&dying, &isGone] { dying.insert(acting([&isGone] { isGone = true; }), -1); }), -1);
+  }
+  EXPECT_TRUE(isGone);
+}
+
 }  // namespace

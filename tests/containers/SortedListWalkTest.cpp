@@ -108,8 +108,8 @@ class SortedModel {
     }
   }
 
-  // Requires both lists in order and, without duplicates, no nil in `other`. Each element of `other`
-  // goes behind those that are not greater, or in the place of its equal.
+  // Requires both lists in order and, without duplicates, no nil in `other`. Each element of
+  // `other` goes behind those that are not greater, or in the place of its equal.
   void addAll(Ids const& other) {
     hasArray = hasArray || !other.empty();
     Ids result;

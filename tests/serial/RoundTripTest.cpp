@@ -47,7 +47,7 @@ void expectToComeBack(Tree const& tree) {
 Tree text(std::string const& bytes) { return {Tree::Text, 0, bytes, {}}; }
 
 TEST(RoundTrip, KeepsRandomTrees) {
-  for (unsigned seed = 1; seed <= 1500; ++seed) {
+  for (unsigned seed = 1; seed <= 300; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     TreeMaker maker(seed);
     expectToComeBack(maker.make(maker.upTo(MaxLevels)));
@@ -58,7 +58,7 @@ TEST(RoundTrip, KeepsRandomTrees) {
 }
 
 TEST(RoundTrip, KeepsTreesOfAsManyLevelsAsTheWriterOpens) {
-  for (unsigned seed = 1; seed <= 200; ++seed) {
+  for (unsigned seed = 1; seed <= 60; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     TreeMaker maker(seed);
     expectToComeBack(maker.makeDeep(MaxLevels - maker.upTo(2)));
@@ -70,7 +70,7 @@ TEST(RoundTrip, KeepsTreesOfAsManyLevelsAsTheWriterOpens) {
 
 TEST(RoundTrip, KeepsRandomTreesThroughTheConversionFunctions) {
   int compared = 0;
-  for (unsigned seed = 1; seed <= 1000; ++seed) {
+  for (unsigned seed = 1; seed <= 200; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     TreeMaker maker(seed);
     maker.budget = 30;
@@ -136,7 +136,7 @@ TEST(RoundTrip, TurnsInternedAndOwnStringsIntoOwnOnes) {
 }
 
 TEST(RoundTrip, KeepsTwiceWrittenText) {
-  for (unsigned seed = 1; seed <= 200; ++seed) {
+  for (unsigned seed = 1; seed <= 60; ++seed) {
     Tree const tree = TreeMaker(seed).make(10);
     std::string const once = test::textOf(test::treeOf(test::valueOf(tree)));
     lvArg const back = readBack(once);

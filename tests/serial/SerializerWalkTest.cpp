@@ -24,7 +24,7 @@ Tree randomTree(TreeMaker& maker) {
 }
 
 TEST(SerializerWalk, CallsTheSinkAsTheModelDoes) {
-  for (unsigned seed = 1; seed <= 1000; ++seed) {
+  for (unsigned seed = 1; seed <= 200; ++seed) {
     TreeMaker maker(seed);
     lvArg const value = test::valueOf(randomTree(maker));
     for (int run = 0; run < 10; ++run) {
@@ -36,7 +36,7 @@ TEST(SerializerWalk, CallsTheSinkAsTheModelDoes) {
 }
 
 TEST(SerializerWalk, WritesTheTextOfTheModelIntoBuffersOfEverySize) {
-  for (unsigned seed = 1; seed <= 60; ++seed) {
+  for (unsigned seed = 1; seed <= 15; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     TreeMaker maker(seed);
     lvArg const value = test::valueOf(randomTree(maker));
@@ -51,7 +51,7 @@ TEST(SerializerWalk, WritesTheTextOfTheModelIntoBuffersOfEverySize) {
 
 TEST(SerializerWalk, BuildsFromAnswersWhatTheModelBuilds) {
   int frames = 0;
-  for (unsigned seed = 1; seed <= 3000; ++seed) {
+  for (unsigned seed = 1; seed <= 1000; ++seed) {
     Script const script = test::ScriptMaker(seed, {"Nope"}).make(40);
     test::ReadingModel model(test::told(script));
     test::ScriptedSource source(script);
