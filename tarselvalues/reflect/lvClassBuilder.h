@@ -137,6 +137,9 @@ class lvClassBuilder {
 
   static lvReferencable* makeDefault() { return new T; }
 
+#pragma GCC diagnostic push
+// On ARM GCC shifts the distance to a base in front of the object part by itself, and complains.
+#pragma GCC diagnostic ignored "-Wshift-negative-value"
   template <lvrClass::OffsetTableType Kind, class Result, class Owner, class Member>
   lvClassBuilder& addMethod(char const* name, Member Owner::*member) {
     static_assert(
@@ -146,6 +149,7 @@ class lvClassBuilder {
                   "the result is ignored, so it must not need room from the caller");
     return add(Kind, name, static_cast<Member lvReferencable::*>(static_cast<Member T::*>(member)));
   }
+#pragma GCC diagnostic pop
 
   template <class Entry>
   lvClassBuilder& add(lvrClass::OffsetTableType kind, char const* name, Entry const& entry) {

@@ -55,6 +55,14 @@ Pointer methodAt(unsigned char const* at) {
   return at != nullptr ? readEntry<Pointer>(at) : nullptr;
 }
 
+// Calls a method on the object. UBSan would check the part of the object that the method belongs
+// to, which may be another base, as if it were the lvReferencable.
+template <class Pointer, class... Arguments>
+[[gnu::no_sanitize("vptr")]] void call(lvReferencable& object, Pointer method,
+                                       Arguments&&... arguments) {
+  (object.*method)(std::forward<Arguments>(arguments)...);
+}
+
 lvArg& fieldAt(lvReferencable const& object, std::ptrdiff_t offset) {
   auto const base = reinterpret_cast<std::intptr_t>(&object);
   // NOLINTNEXTLINE(performance-no-int-to-ptr): the table says that a field lies there.
@@ -169,7 +177,7 @@ int lvrClass::invokeMethod(lvReferencable& object, lvArg& result, lvArg const& a
   if (method == nullptr) {
     return Refused;
   }
-  (object.*method)(result, argument);
+  call(object, method, result, argument);
   return 0;
 }
 
@@ -193,7 +201,7 @@ int lvrClass::invokeMethodNArgs(lvReferencable& object, lvArg& result, lvArg con
   if (method == nullptr) {
     return Refused;
   }
-  (object.*method)(result, arguments, count);
+  call(object, method, result, arguments, count);
   return 0;
 }
 

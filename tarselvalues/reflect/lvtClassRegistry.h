@@ -8,7 +8,7 @@
 // Ownership: the registry holds references to names and classes, which it never gives up.
 // Threads:   getInstance() any thread. putClass() before other threads use the registry; getClass()
 //            any number of threads afterwards.
-// Errors:    out of memory is std::bad_alloc.
+// Errors:    out of memory is std::bad_alloc; the next getInstance() goes on where one failed.
 // Example:   examples/objects.cpp
 // Layout:    on 32-bit ARM: classes 4, size 12.
 #pragma once
