@@ -139,7 +139,8 @@ int lvReferencable::__removeRef() {
 // Ends the object, unless its finalize() refuses. Returns whether it is gone.
 int lvReferencable::finish() {
   NestedRelease const nested;
-  if (finalize() == FinalizeRefused && getKind() == StringKind) {
+  bool const mayRefuse = getKind() == StringKind;  // Asked first: once refused, others may end it.
+  if (finalize() == FinalizeRefused && mayRefuse) {
     return 0;
   }
   delete this;
