@@ -6,31 +6,13 @@
 
 #include "tarselvalues/core/Address.h"
 #include "tarselvalues/core/ClassKeys.h"
+#include "tarselvalues/core/ObjectLock.h"
 #include "tarselvalues/core/Reference.h"
 #include "tarselvalues/core/lvString.h"
 
 namespace {
 
-void initRecursive(pthread_mutex_t& mutex) {
-  pthread_mutexattr_t attributes;
-  pthread_mutexattr_init(&attributes);
-  pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-  pthread_mutex_init(&mutex, &attributes);
-  pthread_mutexattr_destroy(&attributes);
-}
-
-class MutexGuard {
- public:
-  explicit MutexGuard(pthread_mutex_t& guarded) noexcept : mutex(guarded) {
-    pthread_mutex_lock(&mutex);
-  }
-  ~MutexGuard() { pthread_mutex_unlock(&mutex); }
-  MutexGuard(MutexGuard const&) = delete;
-  MutexGuard& operator=(MutexGuard const&) = delete;
-
- private:
-  pthread_mutex_t& mutex;
-};
+using tarselvalues::ObjectLock;
 
 // How deep last releases may nest: an object that goes releases what it holds, and so on. What
 // would go deeper waits until the outermost release has got so far, so the native stack that a
@@ -72,7 +54,7 @@ lvReferencable* linkIn(pthread_mutex_t const& place) {
 namespace tarselvalues {
 
 void takeReference(lvReferencable const& object) noexcept {
-  MutexGuard const guard(object.mutex_);
+  ObjectLock const guard(object.mutex_);
   ++object.count_;
 }
 
@@ -83,7 +65,7 @@ void dropReference(lvReferencable const& object) {
 }  // namespace tarselvalues
 
 lvReferencable::lvReferencable() : typeByte_(ObjectKind << KindShift), count_(0) {
-  initRecursive(mutex_);
+  tarselvalues::initObjectMutex(mutex_);
 }
 
 lvReferencable::~lvReferencable() { pthread_mutex_destroy(&mutex_); }
@@ -113,7 +95,7 @@ lvString const& lvReferencable::getStaticClassDesc() {
 
 int lvReferencable::__removeRef() {
   {
-    MutexGuard const guard(mutex_);
+    ObjectLock const guard(mutex_);
     if (--count_ != 0) {
       return 0;
     }
@@ -156,7 +138,7 @@ void lvReferencable::putOff() {
 void lvReferencable::finishWaiting() {
   while (lvReferencable* const object = releases.waiting) {
     releases.waiting = linkIn(object->mutex_);
-    initRecursive(object->mutex_);
+    tarselvalues::initObjectMutex(object->mutex_);
     object->finish();
   }
 }
@@ -170,7 +152,7 @@ bool lvReferencable::isImmortal() const {
 }
 
 bool lvReferencable::isStillUnheld() {
-  MutexGuard const guard(mutex_);
+  ObjectLock const guard(mutex_);
   if (count_ >= DyingCount / 2) {
     return true;  // Nobody let go: finalize() was called by itself.
   }

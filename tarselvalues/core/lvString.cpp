@@ -61,6 +61,34 @@ class lvString::TableGuard {
 
 // ---- The table ---------------------------------------------------------------------------------
 
+// Around fork(): the child must not find the table locked, or waited for, by threads that it does not
+// have. There the lock is made anew.
+class lvString::HashTable::Forks {
+ public:
+  // Where the table is made.
+  static void guard() { pthread_atfork(before, afterInParent, afterInChild); }
+
+ private:
+  static pthread_rwlock_t& lock() { return getHashTable()->lock_; }
+
+  static void before() { isOurs = pthread_rwlock_wrlock(&lock()) == 0; }
+  static void afterInParent() {
+    if (isOurs) {
+      pthread_rwlock_unlock(&lock());
+    }
+  }
+  static void afterInChild() {
+    pthread_rwlock_init(&lock(), nullptr);
+    if (!isOurs) {
+      pthread_rwlock_wrlock(&lock());
+    }
+  }
+
+  static bool isOurs;  // false when the thread that forks had locked the table by itself
+};
+
+bool lvString::HashTable::Forks::isOurs = false;
+
 lvString::HashTable::HashTable() : bucketCount_(BucketCount), buckets_{} {
   pthread_rwlock_init(&lock_, nullptr);
 }
@@ -80,6 +108,7 @@ lvString::HashTable* lvString::getHashTable() {
   std::lock_guard<std::recursive_mutex> const guard(creation);
   if (hashTable_.load(std::memory_order_relaxed) == nullptr) {
     hashTable_.store(new HashTable, std::memory_order_release);
+    HashTable::Forks::guard();
   }
   return hashTable_.load(std::memory_order_relaxed);
 }

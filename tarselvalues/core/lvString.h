@@ -61,6 +61,8 @@ class TARSELVALUES_API lvString : public lvArg {
     template <class T>
     friend struct lvLayoutAccess;
 
+    class Forks;
+
     static constexpr std::uint32_t BucketCount = 1009;
 
     StringEntry*& chainOf(unsigned int hash) { return buckets_[hash % bucketCount_]; }
