@@ -25,6 +25,7 @@ int main() {
   lvArg const greeting = lvString("hello");
   std::vector<int> totals(ThreadCount, 0);
   std::vector<std::thread> threads;
+  threads.reserve(ThreadCount);
   for (int& total : totals) {
     // The cell is copied into the thread: one thread at a time uses each cell.
     threads.emplace_back([cell = greeting, &total] { readShared(cell, total); });

@@ -23,6 +23,13 @@ constexpr int GrowthFailed = -12;
 // The exit status of a container that cannot grow during an insertion.
 constexpr int GrowthExitStatus = 13;
 
+// Ends the process if what expand() answered says so.
+inline void exitUnlessGrown(int status) {
+  if (status != 0) {
+    std::exit(GrowthExitStatus);  // NOLINT(concurrency-mt-unsafe): other threads end with it.
+  }
+}
+
 // Zeroes `n` items without releasing what they hold.
 template <class Item>
 void zeroItems(Item* items, std::int32_t n) {

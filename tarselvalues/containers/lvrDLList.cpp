@@ -231,6 +231,7 @@ void lvrDLList::IteratorLogic::standOn(Node* other) const {
 // The node under the cursor. If it was taken away meanwhile, the cursor first moves to the element
 // that has its position now, or after the last one.
 Node* lvrDLList::IteratorLogic::liveNode() const {
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the pin keeps the node.
   if (node != nullptr && isRemoved(*node)) {
     standOn(index >= 0 ? list->nodeAt(index) : nullptr);
     if (node == nullptr && index >= 0) {
@@ -267,6 +268,7 @@ bool lvrDLList::IteratorLogic::gotoPrevious() {
   } else if (here != nullptr) {
     candidate = here->prev;
   }
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the pin keeps the node.
   standOn(candidate);
   index = candidate != nullptr ? index - 1 : -1;
   return candidate != nullptr;

@@ -134,11 +134,7 @@ int lvrSortedArrayList::expand(int needed) {
   return tarselvalues::growItems(array, count, capacity, growStep, needed);
 }
 
-void lvrSortedArrayList::growOrExit() {
-  if (expand(count + 1) != 0) {
-    std::exit(tarselvalues::GrowthExitStatus);
-  }
-}
+void lvrSortedArrayList::growOrExit() { tarselvalues::exitUnlessGrown(expand(count + 1)); }
 
 int lvrSortedArrayList::add(lvArg const& value) {
   bool found = false;
@@ -332,11 +328,9 @@ bool lvrSortedArrayList::addAll(lviSortedList const& other) {
   }
   int taken = 0;
   int const size = std::max(mergedSize(other, taken), count);
-  if (taken != 0) {
-    lvSortedListEnumerator theirs(other, taken);
-    if (expand(size) == 0) {
-      Merge(*this, size).takeAll(*theirs.getCursor(), taken);
-    }
+  if (taken != 0 && expand(size) == 0) {
+    lvSortedListEnumerator const theirs(other, taken);
+    Merge(*this, size).takeAll(*theirs.getCursor(), taken);
   }
   return true;
 }

@@ -77,11 +77,7 @@ int lvrTupleSet::expand(int needed) {
   return tarselvalues::growItems(entries, count, allocated, increment, needed);
 }
 
-void lvrTupleSet::growOrExit() {
-  if (expand(count + 1) != 0) {
-    std::exit(tarselvalues::GrowthExitStatus);
-  }
-}
+void lvrTupleSet::growOrExit() { tarselvalues::exitUnlessGrown(expand(count + 1)); }
 
 // Requires room for one more pair. `counted` is what the size grows by.
 void lvrTupleSet::insertAt(int i, lvArg const& key, lvArg const& value, int counted) {
@@ -166,7 +162,7 @@ int lvrTupleSet::clear() {
 
 int lvrTupleSet::finalize() {
   if (entries != nullptr) {
-    clear();
+    clear();  // NOLINT(clang-analyzer-optin.cplusplus.VirtualCall): in the destructor, this one's.
     while (count != 0) {  // Left by a derived clear(), or put in while pairs were released.
       lvrTupleSet::clear();
     }

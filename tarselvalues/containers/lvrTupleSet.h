@@ -89,9 +89,9 @@ class TARSELVALUES_API lvrTupleSet : public lvReferencable, public lviMap {
     IteratorLogic logic;
   };
 
-  // Makes an empty set with room for `size` pairs that grows by `increment` (cut to 1 ...
+  // Makes an empty set with room for `size` pairs that grows by `step` pairs (cut to 1 ...
   // 16777215). Only the low 8 bits of `flags` are kept.
-  lvrTupleSet(int size, unsigned int increment, unsigned int flags);
+  lvrTupleSet(int size, unsigned int step, unsigned int flags);
 
   // Returns a new lvrTupleSet(8, 8, 0).
   static lvReferencable* defaultCtorMethod();

@@ -118,7 +118,7 @@ int TreeReader::beginMap(lvHashMap map) {
   if (level.map == nullptr) {
     return Failed;
   }
-  levels.push_back(std::move(level));
+  push(std::move(level));
   return 0;
 }
 
@@ -130,7 +130,7 @@ int TreeReader::beginVector(lvVector vector) {
   if (level.list == nullptr) {
     return Failed;
   }
-  levels.push_back(std::move(level));
+  push(std::move(level));
   return 0;
 }
 
@@ -152,16 +152,23 @@ int TreeReader::beginObject(lvArg const& className) {
   lvVector values(FieldSizeHint);
   level.list = values.getList();
   level.second = std::move(values);
-  levels.push_back(std::move(level));
+  push(std::move(level));
   return 0;
 }
 
 int TreeReader::beginTuple() {
   Level level;
   level.kind = Level::Tuple;
-  levels.push_back(std::move(level));
+  push(std::move(level));
   ++keysOpen;
   return 0;
+}
+
+void TreeReader::push(Level level) {
+  if (levels.capacity() == 0) {
+    levels.reserve(FirstLevels);
+  }
+  levels.push_back(std::move(level));
 }
 
 // ---- Reading what has begun --------------------------------------------------------------------

@@ -41,11 +41,15 @@ class TARSELVALUES_INTERNAL TreeReader {
     lvrClass const* described = nullptr;  // an object's; classes are never unregistered
   };
 
+  // Room for as many as most texts have.
+  static constexpr int FirstLevels = 8;
+
   int begin(lvArg const& kind);
   int beginMap(lvHashMap map);
   int beginVector(lvVector vector);
   int beginObject(lvArg const& className);
   int beginTuple();
+  void push(Level level);
 
   int readLevels();
   void readNext();

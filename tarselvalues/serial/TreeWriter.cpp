@@ -61,7 +61,7 @@ TreeWriter::Written TreeWriter::openTuple(lvArg const& key, lvArg const& value) 
   if (status != 0) {
     return status;
   }
-  levels.push_back({Level::Tuple, 0, TupleSize, key, value, nullptr});
+  push({Level::Tuple, 0, TupleSize, key, value, nullptr});
   return std::nullopt;
 }
 
@@ -75,7 +75,7 @@ TreeWriter::Written TreeWriter::openMap(lvArg const& value) {
     return lvrCommonSerializer::CS_ERR_FAILED;
   }
   std::unique_ptr<lviRealMapEnumerator> cursor(map->getEnumerator());
-  levels.push_back({Level::Map, 0, 0, value, lvArg(), std::move(cursor)});
+  push({Level::Map, 0, 0, value, lvArg(), std::move(cursor)});
   return std::nullopt;
 }
 
@@ -89,7 +89,7 @@ TreeWriter::Written TreeWriter::openVector(lvArg const& value) {
   if (dest.enter(frameKind(lvArgDest::VectorFrame), size) != 0) {
     return lvrCommonSerializer::CS_ERR_FAILED;
   }
-  levels.push_back({Level::Vector, 0, size, value, lvArg(), nullptr});
+  push({Level::Vector, 0, size, value, lvArg(), nullptr});
   return std::nullopt;
 }
 
@@ -110,8 +110,15 @@ TreeWriter::Written TreeWriter::openObject(lvArg const& value) {
   if (fields == 0) {
     return 0;  // The level stays open, deliberately.
   }
-  levels.push_back({Level::Object, 0, fields, value, std::move(described), nullptr});
+  push({Level::Object, 0, fields, value, std::move(described), nullptr});
   return std::nullopt;
+}
+
+void TreeWriter::push(Level level) {
+  if (levels.capacity() == 0) {
+    levels.reserve(FirstLevels);
+  }
+  levels.push_back(std::move(level));
 }
 
 // ---- Writing what is open ----------------------------------------------------------------------

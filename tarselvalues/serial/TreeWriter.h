@@ -43,11 +43,16 @@ class TARSELVALUES_INTERNAL TreeWriter {
     std::unique_ptr<lviRealMapEnumerator> cursor;  // a map's
   };
 
+  // Room for as many as most values have.
+  static constexpr int FirstLevels = 8;
+
   Written openValue(lvArg const& value);
   Written openTuple(lvArg const& key, lvArg const& value);
   Written openMap(lvArg const& value);
   Written openVector(lvArg const& value);
   Written openObject(lvArg const& value);
+
+  void push(Level level);
 
   int finish(Written written);
   Written writeNext();

@@ -216,7 +216,7 @@ TEST(ToolsToString, WritesAsAWriterOfItsCapacityDoes) {
     ASSERT_EQ(toText(value), model.block.substr(0, std::min(model.length, MaxLength))) << seed;
     cut += model.length > 4000 ? 1 : 0;
   }
-  EXPECT_GT(cut, 100) << "the trees are too small";
+  EXPECT_GT(cut, 60) << "the trees are too small";
 }
 
 // ---- From text ---------------------------------------------------------------------------------
