@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -25,42 +26,40 @@ std::atomic<unsigned int> insertions{0};
 std::atomic<std::uint64_t> blocksMade{0};
 constexpr unsigned BlockShift = 32;
 
+// The bytes of the bucket heads, up to where a number may stand.
+std::size_t bytesOfHeads(std::size_t heads) {
+  constexpr std::size_t unit = sizeof(std::uint64_t);
+  return (heads * sizeof(lvrHashMap::HashEntry*) + unit - 1) / unit * unit;
+}
+
 }  // namespace
 
-// What stands in front of the bucket heads, out of sight of whoever knows the map's fields: the
-// number that changes whenever an entry goes, by which a cursor sees that its entry may be gone.
-struct lvrHashMap::BucketBlock {
-  std::uint64_t removals;
-};
-
-lvrHashMap::BucketBlock& lvrHashMap::blockOf(HashEntry** heads) {
-  return *(reinterpret_cast<BucketBlock*>(heads) - 1);
+// What stands behind the bucket heads, out of sight of whoever knows the map's fields: the number
+// that changes whenever an entry goes, by which a cursor sees that its entry may be gone. Behind
+// and not in front, so that the map points to the start of the block: tools that look for leaks
+// doubt any other pointer.
+std::uint64_t& lvrHashMap::removalsBehind(HashEntry** heads, std::uint32_t size) {
+  return *reinterpret_cast<std::uint64_t*>(reinterpret_cast<char*>(heads) + bytesOfHeads(size));
 }
 
 lvrHashMap::HashEntry** lvrHashMap::allocateBuckets(std::uint32_t size) {
-  constexpr std::size_t most = (PTRDIFF_MAX - sizeof(BucketBlock)) / sizeof(HashEntry*);
-  std::size_t const heads = size;
-  if (heads > most) {
+  constexpr std::size_t most = PTRDIFF_MAX / sizeof(HashEntry*) - 4;
+  if (std::size_t{size} > most) {
     throw std::bad_array_new_length();
   }
   // From calloc, so that a large table costs only the pages that its entries touch.
-  void* const memory = std::calloc(1, sizeof(BucketBlock) + heads * sizeof(HashEntry*));
+  void* const memory = std::calloc(1, bytesOfHeads(size) + sizeof(std::uint64_t));
   if (memory == nullptr) {
     throw std::bad_alloc();
   }
+  auto** const heads = static_cast<HashEntry**>(memory);
   std::uint64_t const number = blocksMade.fetch_add(1, std::memory_order_relaxed) + 1;
-  auto* const block = new (memory) BucketBlock{number << BlockShift};
-  return reinterpret_cast<HashEntry**>(block + 1);
-}
-
-void lvrHashMap::freeBuckets(HashEntry** heads) {
-  if (heads != nullptr) {
-    std::free(&blockOf(heads));
-  }
+  new (&removalsBehind(heads, size)) std::uint64_t(number << BlockShift);
+  return heads;
 }
 
 std::uint64_t lvrHashMap::removals() const {
-  return buckets != nullptr ? blockOf(buckets).removals : 0;
+  return buckets != nullptr ? removalsBehind(buckets, hashSize) : 0;
 }
 
 // ---- Making and asking -------------------------------------------------------------------------
@@ -137,8 +136,7 @@ int lvrHashMap::setHashSize(unsigned int size) {
   if (count != 0) {
     return Busy;
   }
-  freeBuckets(buckets);
-  buckets = nullptr;
+  std::free(std::exchange(buckets, nullptr));
   hashSize = size != 0 ? size : DefaultHashSize;
   return 0;
 }
@@ -163,9 +161,10 @@ int lvrHashMap::put(lvArg const& key, lvArg const& value, lvArg* old) {
   HashEntry* const entry = find(key, hash);
   if (entry == nullptr) {
     if (!value.isNil()) {
-      status = needStorage();  // The search may have lost it.
+      std::unique_ptr<HashEntry> made(takeEntry(key, value));
+      status = needStorage();  // The search, or a std::new_handler, may have lost it.
       if (status == 0) {
-        linkEntry(takeEntry(key, value), hash);
+        linkEntry(made.release(), hash);
       }
     }
     return status;
@@ -203,7 +202,7 @@ void lvrHashMap::removeEntry(HashEntry* entry, unsigned int hash) {
   *linkTo(entry, hash) = std::exchange(entry->next, nullptr);
   --count;
   hashSum -= HashSumFactor * hash;
-  ++blockOf(buckets).removals;
+  ++removalsBehind(buckets, hashSize);
   if (spareEntry == nullptr) {
     lvArg const value(std::move(entry->value));  // Released second,
     lvArg const key(std::move(entry->key));      // after the key.
@@ -231,9 +230,9 @@ int lvrHashMap::clear() {
   }
   if (buckets == nullptr && hashSize == size) {
     buckets = heads;
-    ++blockOf(buckets).removals;
+    ++removalsBehind(buckets, hashSize);
   } else {
-    freeBuckets(heads);
+    std::free(heads);
   }
   return 0;
 }
@@ -246,7 +245,7 @@ int lvrHashMap::freeStorage() {
   while (count != 0) {  // Left by a derived clear(), or put in while entries were released.
     lvrHashMap::clear();
   }
-  freeBuckets(std::exchange(buckets, nullptr));
+  std::free(std::exchange(buckets, nullptr));
   delete std::exchange(spareEntry, nullptr);
   return 0;
 }

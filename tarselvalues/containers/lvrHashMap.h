@@ -132,11 +132,8 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   template <class T>
   friend struct lvLayoutAccess;
 
-  struct BucketBlock;
-
-  TARSELVALUES_INTERNAL static BucketBlock& blockOf(HashEntry** heads);
+  TARSELVALUES_INTERNAL static std::uint64_t& removalsBehind(HashEntry** heads, std::uint32_t size);
   TARSELVALUES_INTERNAL static HashEntry** allocateBuckets(std::uint32_t size);
-  TARSELVALUES_INTERNAL static void freeBuckets(HashEntry** heads);
   TARSELVALUES_INTERNAL std::uint64_t removals() const;
   TARSELVALUES_INTERNAL bool has(HashEntry const* entry, unsigned int hash) const;
   TARSELVALUES_INTERNAL HashEntry* find(lvArg const& key, unsigned int hash) const;
@@ -147,7 +144,7 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
 
   std::int32_t count;
   std::uint32_t hashSize;
-  HashEntry** buckets;    // null until the first put(); a BucketBlock stands in front of them
+  HashEntry** buckets;    // null until the first put(); see removalsBehind()
   HashEntry* spareEntry;  // a retired entry for the next put(), or null
   std::uint32_t hashSum;
 };

@@ -15,6 +15,7 @@
 
 #include "tarselvalues/core/lvString.h"
 
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -47,16 +48,23 @@ int indexIn(char const* text, char const* found) {
 std::atomic<lvString::HashTable*> lvString::hashTable_{nullptr};
 char const lvString::emptyStringPointer_[] = "";
 
-// Holds the table's lock.
+// Holds the table's lock. What runs when memory is short, std::new_handler, may drop interned strings
+// while this thread holds it already: then the one that holds it keeps it.
 class lvString::TableGuard {
  public:
-  TableGuard() : table(*getHashTable()) { table.writeLock(); }
-  ~TableGuard() { table.unlock(); }
+  TableGuard()
+      : table(*getHashTable()), isOutermost(pthread_rwlock_wrlock(&table.lock_) != EDEADLK) {}
+  ~TableGuard() {
+    if (isOutermost) {
+      table.unlock();
+    }
+  }
   TableGuard(TableGuard const&) = delete;
   TableGuard& operator=(TableGuard const&) = delete;
 
  private:
   HashTable& table;
+  bool const isOutermost;
 };
 
 // ---- The table ---------------------------------------------------------------------------------
@@ -141,14 +149,17 @@ lvString::StringEntry* lvString::findStringObject(char const* text, int length, 
   } else if (hash == UnknownHash) {
     hash = lvrString::computeHashCode(text, length);
   }
-  StringEntry** const link = findLink(text, length, hash);
+  StringEntry** link = findLink(text, length, hash);
   if (*link == nullptr) {
     std::unique_ptr<StringEntry> made(new StringEntry);
-    if (made->setStringDataFast(text, length, mode) != 0) {
-      throw std::bad_alloc();
+    link = findLink(text, length, hash);  // A std::new_handler may have changed the chain.
+    if (*link == nullptr) {
+      if (made->setStringDataFast(text, length, mode) != 0) {
+        throw std::bad_alloc();
+      }
+      made->markInterned(hash);
+      *link = made.release();
     }
-    made->markInterned(hash);
-    *link = made.release();
   }
   return *link;
 }
@@ -194,15 +205,18 @@ lvString lvString::internBuffer(char* buffer, int length) {
   unsigned int const hash = lvrString::computeHashCode(buffer, length);
   lvString result;
   TableGuard const guard;
-  StringEntry** const link = findLink(buffer, length, hash);
+  StringEntry** link = findLink(buffer, length, hash);
   if (*link == nullptr) {
     std::unique_ptr<StringEntry> made(new StringEntry);
-    std::size_t const bytes = static_cast<std::size_t>(length);
-    char* const cut = static_cast<char*>(std::realloc(owned.get(), bytes + 1));
-    char* const kept = owned.release();
-    made->adoptBufferFast(cut != nullptr ? cut : kept, bytes);
-    made->markInterned(hash);
-    *link = made.release();
+    link = findLink(buffer, length, hash);  // A std::new_handler may have changed the chain.
+    if (*link == nullptr) {
+      std::size_t const bytes = static_cast<std::size_t>(length);
+      char* const cut = static_cast<char*>(std::realloc(owned.get(), bytes + 1));
+      char* const kept = owned.release();
+      made->adoptBufferFast(cut != nullptr ? cut : kept, bytes);
+      made->markInterned(hash);
+      *link = made.release();
+    }
   }
   result.setReferencableFast(**link);
   return result;
