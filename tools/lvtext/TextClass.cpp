@@ -66,15 +66,17 @@ void registerTextClass(std::string const& name, int fields) {
   if (index == makers.size()) {
     throw std::runtime_error("there are more than " + std::to_string(MaxTextClasses) + " classes");
   }
-  textClasses().push_back({lvString(name.c_str()), fields});
-  lvString const& key = textClasses().back().key;
+  lvString const key(name.c_str());
+  lvtClassRegistry& registry = *lvtClassRegistry::getInstance();
+  if (!registry.getClass(key).isNil()) {
+    throw std::runtime_error("class " + name + " is there already");
+  }
+  textClasses().push_back({key, fields});
   lvClass const described(1, key, makers[index]);
   std::vector<std::size_t> offsets;
   for (int i = 0; i < fields; ++i) {
     offsets.push_back(TextObject::fieldOffset(i));
   }
   described->setDirectObjectOffsets(lvrClass::Fields, fields, offsets.data(), 0);
-  if (lvtClassRegistry::getInstance()->putClass(key, described) != 0) {
-    throw std::runtime_error("class " + name + " is there already");
-  }
+  registry.putClass(key, described);
 }
