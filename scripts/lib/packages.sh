@@ -16,6 +16,7 @@ packages_for_check=(
   g++
   g++-i686-linux-gnu
   googletest
+  valgrind
 )
 
 # ensure_packages PACKAGE...

@@ -1,4 +1,5 @@
-// Uses the library in a static initialiser, in exit handlers and in a static destructor.
+// Uses every class of the library, and one of its own, in a static initialiser, in main(), in exit
+// handlers and in a static destructor.
 //
 // "LoadTimeProgram loaded" expects the class keys to be there before its own initialisers run, as
 // they are in a program that links the shared library. "LoadTimeProgram linked" does not: the
@@ -14,6 +15,7 @@
 #include <cstring>
 
 #include "support/Cells.h"
+#include "support/EveryClass.h"
 #include "support/InternedTexts.h"
 #include "support/ProgramChecks.h"
 #include "tarselvalues/tarselvalues.h"
@@ -28,14 +30,17 @@ bool hasText(lvString const& handle, char const* text) {
   return std::strcmp(handle, text) == 0 && handle.getReferencable() == test::internedEntry(text);
 }
 
-void tryConstants(char const* when) {
-  LV_CHECK(lvArg::NilValue.isNil(), when);
-  LV_CHECK(lvArg::TrueValue.getInt() == 1, when);
-  LV_CHECK(lvArg::FalseValue.getInt() == 0, when);
-  lvArg copy = lvArg::TrueValue;
-  copy = lvArg::FalseValue;
-  LV_CHECK(copy.eq(test::integer(0)), when);
-}
+// A class whose objects are written and read at any time, so its key is never released.
+class Point : public lvReferencable {
+ public:
+  lvString const& getClassDesc() const override {
+    static lvString const& key = *new lvString("Point");
+    return key;
+  }
+
+  lvArg x;
+  lvArg y;
+};
 
 void tryKeys(char const* when) {
   LV_CHECK(hasText(lvrString::getStaticClassDesc(), "String"), when);
@@ -50,13 +55,25 @@ void tryStrings(char const* when) {
   LV_CHECK(hasText(first, "made in between"), when);
   LV_CHECK(lvString("made in between").getReferencable() == first.getReferencable(), when);
   LV_CHECK(hasText(first + "!", "made in between!"), when);
-  LV_CHECK(std::strcmp(lvToolsToString(test::integer(17)), "17") == 0, when);
+}
+
+void tryObjects(char const* when) {
+  auto* const point = new Point;
+  lvArg const cell(*point);
+  point->x = test::integer(3);
+  point->y = test::string("north");
+  LV_CHECK(test::isWritten(cell, "*Point{3,north}"), when);
+  lvClass const described(lvtClassRegistry::getInstance()->getClass(lvString("Point")));
+  lvArg field;
+  LV_CHECK(described->getObjectField(field, *point, lvString("y")) == 0, when);
+  LV_CHECK(test::reads(field, "north"), when);
 }
 
 void tryAll(char const* when) {
-  tryConstants(when);
   tryKeys(when);
   tryStrings(when);
+  tryObjects(when);
+  test::useEveryClass(when);
 }
 
 void leave() {
@@ -68,7 +85,7 @@ void leave() {
 
 void leaveLast() {
   LV_CHECK(stages++ == 2, "leaveLast");
-  LV_CHECK(test::isInterned("TupleSet") == wereKeysThereAtTheStart, "leaveLast");
+  LV_CHECK(test::isInterned("SortedArrayList") == wereKeysThereAtTheStart, "leaveLast");
   tryAll("leaveLast");
   LV_CHECK(hasText(lvReferencable::getStaticClassDesc(), "Referencable"), "leaveLast");
   test::judge();
@@ -78,7 +95,12 @@ class Resident {
  public:
   Resident() {
     std::atexit(leaveLast);
-    wereKeysThereAtTheStart = test::isInterned("TupleSet");
+    wereKeysThereAtTheStart = test::isInterned("SortedArrayList");
+    LV_CHECK(lvClassBuilder<Point>("Point")
+                     .field("x", &Point::x)
+                     .field("y", &Point::y)
+                     .registerClass() == 0,
+             "initialiser");
     tryAll("initialiser");
     handle = lvString("resident");
     key = lvrVector::getStaticClassDesc();

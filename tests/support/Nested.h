@@ -1,6 +1,7 @@
 // Graphs that are nested deep, made without recursion.
 #pragma once
 
+#include "support/Cells.h"
 #include "tarselvalues/containers/lvrDLList.h"
 #include "tarselvalues/containers/lvrHashMap.h"
 #include "tarselvalues/containers/lvrSortedArrayList.h"
@@ -37,21 +38,21 @@ inline lvArg inVector(lvArg const& inner) {
 inline lvArg inMap(lvArg const& inner) {
   auto* const map = new lvrHashMap(1);
   lvArg cell(*map);
-  map->put(lvArg::TrueValue, inner);
+  map->put(integer(1), inner);
   return cell;
 }
 
 inline lvArg inMapAsKey(lvArg const& inner) {
   auto* const map = new lvrHashMap(1);
   lvArg cell(*map);
-  map->put(inner, lvArg::TrueValue);
+  map->put(inner, integer(1));
   return cell;
 }
 
 inline lvArg inTupleSet(lvArg const& inner) {
   auto* const set = new lvrTupleSet(1, 1, 0);
   lvArg cell(*set);
-  set->put(lvArg::TrueValue, inner);
+  set->put(integer(1), inner);
   return cell;
 }
 

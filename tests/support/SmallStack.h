@@ -10,9 +10,9 @@ namespace test {
 
 // What a small device gives a thread. Sanitizers put guards around everything on the stack.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr std::size_t SmallStackSize = 1024 * 1024;
+constexpr std::size_t SmallStackSize = std::size_t{1024} * 1024;
 #else
-constexpr std::size_t SmallStackSize = 64 * 1024;
+constexpr std::size_t SmallStackSize = std::size_t{64} * 1024;
 #endif
 
 // Runs `action` there and waits for its end. False when there was no such thread.
