@@ -30,6 +30,7 @@ class TextObject : public lvReferencable {
 
   ~TextObject() override { std::destroy_n(fields(), count); }
   lvString const& getClassDesc() const override { return key; }
+  // NOLINTNEXTLINE(misc-new-delete-overloads): the block comes from make().
   static void operator delete(void* object) { ::operator delete(object); }
 
   static std::size_t fieldOffset(int i) {
@@ -74,6 +75,7 @@ void registerTextClass(std::string const& name, int fields) {
   textClasses().push_back({key, fields});
   lvClass const described(1, key, makers[index]);
   std::vector<std::size_t> offsets;
+  offsets.reserve(static_cast<std::size_t>(fields));
   for (int i = 0; i < fields; ++i) {
     offsets.push_back(TextObject::fieldOffset(i));
   }
