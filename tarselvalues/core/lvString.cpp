@@ -239,7 +239,12 @@ lvString::lvString(lvArg const& value) {
     return;
   }
   if (value.getType() != StringType) {
-    *this = lvString(static_cast<lvArg const&>(lvValue(value).toString()));
+    lvValue const converted = lvValue(value).toString();
+    bool const hasTextForm = value.getType() == IntType || value.getType() == PointerType;
+    if (hasTextForm && converted.getString(nullptr) == nullptr) {
+      throw std::bad_alloc();
+    }
+    *this = lvString(static_cast<lvArg const&>(converted));
     return;
   }
   auto const* const string = static_cast<lvrString const*>(value.getReferencable());
@@ -249,6 +254,7 @@ lvString::lvString(lvArg const& value) {
   if (string->isInterned()) {
     assignFast(value);
   } else {
+    lvArg const held(*string);  // Its own hash may run a function of the program that lets it go.
     internFast(string->getText(), string->getKnownLength(), lvrString::CopyAndOwnEmpty,
                string->hashCode());
   }
