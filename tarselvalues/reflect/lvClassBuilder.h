@@ -155,8 +155,13 @@ class lvClassBuilder {
   lvClassBuilder& add(lvrClass::OffsetTableType kind, char const* name, Entry const& entry) {
     auto const* const bytes = reinterpret_cast<unsigned char const*>(&entry);
     tarselvalues::TableContents& table = tables[kind];
-    table.entries.insert(table.entries.end(), bytes, bytes + sizeof(entry));
     table.names.push_back(name);
+    try {
+      table.entries.insert(table.entries.end(), bytes, bytes + sizeof(entry));
+    } catch (...) {
+      table.names.pop_back();  // Without its entry it would name the next one.
+      throw;
+    }
     return *this;
   }
 

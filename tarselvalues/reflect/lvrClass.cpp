@@ -58,8 +58,8 @@ Pointer methodAt(unsigned char const* at) {
 // Calls a method on the object. UBSan would check the part of the object that the method belongs
 // to, which may be another base, as if it were the lvReferencable.
 template <class Pointer, class... Arguments>
-[[gnu::no_sanitize("vptr")]] void call(lvReferencable& object, Pointer method,
-                                       Arguments&&... arguments) {
+__attribute__((no_sanitize("vptr"))) void call(lvReferencable& object, Pointer method,
+                                               Arguments&&... arguments) {
   (object.*method)(std::forward<Arguments>(arguments)...);
 }
 

@@ -59,11 +59,10 @@ int TreeReader::readFrame(lvArg& out, lvArg const& kind) {
 }
 
 int TreeReader::readTuple(lvArg& key, lvArg& value) {
-  key.setNil();
   beginTuple();
   readLevels();
+  key = std::move(outermost.first);  // Nil without items.
   if (outermost.items > 0) {
-    key = std::move(outermost.first);
     value = std::move(outermost.second);
   }
   return 0;
