@@ -12,26 +12,9 @@
 #include <new>
 #include <string>
 
-#include "support/Mallocs.h"
+#include "support/Callocs.h"
 #include "support/Pairs.h"
 #include "support/Stacks.h"
-
-// The names are the linker's.
-// NOLINTBEGIN(bugprone-reserved-identifier)
-extern "C" {
-void* __real_calloc(std::size_t count, std::size_t size);
-void* __wrap_calloc(std::size_t count, std::size_t size);
-}
-
-void* __wrap_calloc(std::size_t count, std::size_t size) {
-  if (test::Mallocs::isOut()) {
-    return nullptr;
-  }
-  void* const block = __real_calloc(count, size);
-  test::Mallocs::alive += block != nullptr ? 1 : 0;
-  return block;
-}
-// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 

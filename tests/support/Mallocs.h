@@ -28,10 +28,14 @@ struct Mallocs {
   static inline int alive = 0;          // blocks that were not freed
   static inline std::size_t cutTo = 0;  // what the last realloc() asked for
   static inline int failAfter = Never;  // so many more calls succeed
+  static inline bool failOnce = false;  // and then only one fails
+  static inline int failed = 0;         // calls that did
 
   // Whether the next call is to fail; it is counted.
   static bool isOut() {
     if (failAfter == 0) {
+      ++failed;
+      failAfter = failOnce ? Never : 0;
       return true;
     }
     failAfter -= failAfter > 0 ? 1 : 0;
