@@ -3,36 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
-#include <random>
 #include <string>
 #include <vector>
 
-#include "support/TextModel.h"
-#include "support/TextReading.h"
+#include "support/walks/ParserWalk.h"
 
 namespace {
 
-using test::TextModel;
-using test::TextReader;
-
-// Random numbers that are the same on every target, unlike those of std::uniform_int_distribution.
-class Dice {
- public:
-  explicit Dice(unsigned seed) : engine(seed) {}
-  unsigned below(unsigned limit) { return static_cast<unsigned>(engine()) % limit; }
-  bool oneIn(unsigned n) { return below(n) == 0; }
-  template <class T>
-  T const& pick(std::vector<T> const& all) {
-    return all[below(static_cast<unsigned>(all.size()))];
-  }
-
- private:
-  std::mt19937 engine;
-};
+using test::Choices;
 
 // ---- Texts -------------------------------------------------------------------------------------
 
-std::string randomBytes(Dice& dice) {
+std::string randomBytes(Choices& dice) {
   std::string text;
   for (unsigned n = dice.below(40); n > 0; --n) {
     text += static_cast<char>(dice.below(256));
@@ -41,7 +23,7 @@ std::string randomBytes(Dice& dice) {
 }
 
 // Bytes that mean something, so that they meet.
-std::string meaningfulBytes(Dice& dice) {
+std::string meaningfulBytes(Choices& dice) {
   static char const meaningful[] = "#()*,-=[]{}\"\"\\%0019anrtxzAFG_ \t\n\0\x7F\x80\xE9\xFF$:";
   static std::string const bytes(meaningful, sizeof(meaningful) - 1);
   std::string text;
@@ -51,7 +33,7 @@ std::string meaningfulBytes(Dice& dice) {
   return text;
 }
 
-std::string tokenSoup(Dice& dice) {
+std::string tokenSoup(Choices& dice) {
   static std::vector<std::string> const tokens = {
       "#",          "(",          ")",          "*",    ",",          "-",
       "=",          "[",          "]",          "{",    "}",          "$",
@@ -66,7 +48,7 @@ std::string tokenSoup(Dice& dice) {
   return text;
 }
 
-std::string validText(Dice& dice, unsigned depth) {
+std::string validText(Choices& dice, unsigned depth) {
   std::string items;
   switch (depth == 0 ? dice.below(4) : dice.below(7)) {
     case 0:
@@ -92,7 +74,7 @@ std::string validText(Dice& dice, unsigned depth) {
   }
 }
 
-std::string mutatedText(Dice& dice) {
+std::string mutatedText(Choices& dice) {
   std::string text = validText(dice, 3);
   for (unsigned n = dice.below(4); n > 0 && !text.empty(); --n) {
     std::size_t const at = dice.below(static_cast<unsigned>(text.size()));
@@ -103,7 +85,7 @@ std::string mutatedText(Dice& dice) {
 }
 
 // A string that ends somewhere around the end of the stack area, of plain bytes and escapes.
-std::string longString(Dice& dice) {
+std::string longString(Choices& dice) {
   static std::vector<std::string> const pieces = {"\\n", "\\\"", "\\\\", "%22", "%\"", "%\\",
                                                   "%4",  "%00",  "%0",   "%z",  "\\%", "%%"};
   unsigned const rarely = 1 + dice.below(100);
@@ -119,67 +101,13 @@ std::string longString(Dice& dice) {
 
 // ---- Walks -------------------------------------------------------------------------------------
 
-// A parser and its model on one text, which take the same steps.
-class Pair {
- public:
-  explicit Pair(std::string const& text) : parser(text), model(text) {}
-
-  bool readArg() { return readsSame(parser.arg(), model.arg()); }
-  bool readToken() { return readsSame(parser.token(), model.token()); }
-
-  void takeStep(Dice& dice) {
-    switch (dice.below(24)) {
-      case 0:
-        parser.parser().expectQuotedString();
-        model.expectQuotedString();
-        break;
-      case 1:
-        parser.parser().initParse();
-        model.initParse();
-        break;
-      case 2:
-        moveTo(dice.oneIn(2) ? saved : static_cast<int>(dice.below(50)) - 2);
-        break;
-      case 3:
-        saved = parser.offset();
-        break;
-      case 4:
-      case 5:
-        readToken();
-        break;
-      default:
-        readArg();
-    }
-  }
-
- private:
-  bool readsSame(std::string const& answer, std::string const& expected) {
-    EXPECT_EQ(answer, expected);
-    EXPECT_EQ(parser.offset(), model.offset());
-    EXPECT_EQ(parser.errors(), model.errors());
-    EXPECT_EQ(parser.state(), model.currentState());
-    return answer != "end";
-  }
-  void moveTo(int offset) {
-    EXPECT_EQ(parser.parser().setParseOffset(offset) == 0, model.setOffset(offset));
-    EXPECT_EQ(parser.offset(), model.offset());
-  }
-
-  TextReader parser;
-  TextModel model;
-  int saved = 0;
-};
-
 // Reads to the end and once more.
 void expectSameReading(std::string const& text) {
   SCOPED_TRACE(testing::PrintToString(text));
-  Pair pair(text);
-  while (pair.readArg() && !testing::Test::HasFailure()) {
-  }
-  pair.readArg();
+  test::ParserWalk(text).readAllArgs();
 }
 
-using Generator = std::string (*)(Dice&);
+using Generator = std::string (*)(Choices&);
 
 struct WalkCase {
   char const* name;
@@ -196,27 +124,25 @@ class ParserWalk : public testing::TestWithParam<WalkCase> {
   void forTexts(unsigned count, Check check) {
     for (unsigned seed = 1; seed <= count && !HasFailure(); ++seed) {
       SCOPED_TRACE("seed " + std::to_string(seed));
-      Dice dice(seed);
+      test::SeededChoices dice(seed);
       check(GetParam().makeText(dice), dice);
     }
   }
 };
 
 TEST_P(ParserWalk, ReadsTextsAsTheModelDoes) {
-  forTexts(GetParam().texts, [](std::string const& text, Dice&) { expectSameReading(text); });
+  forTexts(GetParam().texts, [](std::string const& text, Choices&) { expectSameReading(text); });
 }
 
 TEST_P(ParserWalk, ReadsTokensAsTheModelDoes) {
-  forTexts(GetParam().texts, [](std::string const& text, Dice&) {
+  forTexts(GetParam().texts, [](std::string const& text, Choices&) {
     SCOPED_TRACE(testing::PrintToString(text));
-    Pair pair(text);
-    while (pair.readToken() && !HasFailure()) {
-    }
+    test::ParserWalk(text).readAllTokens();
   });
 }
 
 TEST_P(ParserWalk, ReadsTextsThatAreCutAtAnyByteAsTheModelDoes) {
-  forTexts(GetParam().texts / 10, [](std::string const& text, Dice& dice) {
+  forTexts(GetParam().texts / 10, [](std::string const& text, Choices& dice) {
     bool const isShort = text.size() <= 120;
     for (std::size_t size = isShort ? 0 : text.size() - dice.below(20); size <= text.size();
          ++size) {
@@ -226,9 +152,9 @@ TEST_P(ParserWalk, ReadsTextsThatAreCutAtAnyByteAsTheModelDoes) {
 }
 
 TEST_P(ParserWalk, TakesRandomStepsAsTheModelDoes) {
-  forTexts(GetParam().texts, [](std::string const& text, Dice& dice) {
+  forTexts(GetParam().texts, [](std::string const& text, Choices& dice) {
     SCOPED_TRACE(testing::PrintToString(text));
-    Pair pair(text);
+    test::ParserWalk pair(text);
     for (int step = 0; step < 40 && !HasFailure(); ++step) {
       SCOPED_TRACE("step " + std::to_string(step));
       pair.takeStep(dice);

@@ -2,109 +2,33 @@
 // small capacity.
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 #include <vector>
 
-#include "support/Cells.h"
-#include "support/WriterModel.h"
-#include "tarselvalues/reflect/lvClass.h"
+#include "support/WriterSteps.h"
+#include "support/walks/WriterWalk.h"
 
 namespace {
 
+using test::abortLevel;
 using test::classNamed;
-using test::integer;
+using test::enter;
+using test::init;
+using test::insertChar;
+using test::insertString;
+using test::leave;
 using test::mapKind;
+using test::omitSeparator;
+using test::put;
+using test::setStringOffset;
+using test::setTransferSizes;
+using test::terminate;
 using test::tupleKind;
 using test::vectorKind;
 using test::WriterAndModel;
 using test::WriterStep;
 
-constexpr int LargestCapacity = 80;
-
-std::string nameOf(lvArg const& kind) {
-  return kind.getType() == lvArg::IntType ? std::to_string(kind.getInt())
-                                          : test::textOf(lvClass(kind).getClassDesc());
-}
-
-WriterStep enter(lvArg const& kind, int size) {
-  return {"enter " + testing::PrintToString(nameOf(kind)) + ", " + std::to_string(size),
-          [=](auto& sink) { return sink.enter(kind, size); }};
-}
-
-WriterStep leave() {
-  return {"leave", [](auto& sink) { return sink.leave(); }};
-}
-
-WriterStep abortLevel() {
-  return {"abortLevel", [](auto& sink) { return sink.abortLevel(); }};
-}
-
-WriterStep put(lvArg const& value) {
-  return {"putArg " + testing::PrintToString(test::textOf(lvValue(value).toString())),
-          [=](auto& sink) { return sink.putArg(value); }};
-}
-
-WriterStep put(int value) { return put(integer(value)); }
-WriterStep put(std::string const& text) { return put(test::string(text)); }
-
-WriterStep insertChar(int c) {
-  return {"insertChar " + std::to_string(c), [=](auto& sink) { return sink.insertChar(c); }};
-}
-
-WriterStep insertString(std::string const& text, int count) {
-  return {"insertString " + testing::PrintToString(text) + ", " + std::to_string(count),
-          [=](auto& sink) { return sink.insertString(text.c_str(), count); }};
-}
-
-WriterStep setTransferSizes(bool on) {
-  return {on ? "setTransferSizes on" : "setTransferSizes off", [=](auto& sink) {
-            sink.setTransferSizes(on);
-            return 0;
-          }};
-}
-
-WriterStep omitSeparator() {
-  return {"omitSeparator", [](auto& sink) {
-            sink.omitSeparator();
-            return 0;
-          }};
-}
-
-WriterStep setStringOffset(int offset) {
-  return {"setStringOffset " + std::to_string(offset),
-          [=](auto& sink) { return sink.setStringOffset(offset); }};
-}
-
-WriterStep terminate() {
-  return {"terminate", [](auto& sink) { return sink.terminate(); }};
-}
-
-WriterStep init() {
-  return {"init", [](auto& sink) { return sink.init(); }};
-}
-
-WriterStep initOnce() {
-  return {"initOnce", [](auto& sink) { return sink.initOnce(); }};
-}
-
-WriterStep cleanup() {
-  return {"cleanup", [](auto& sink) { return sink.cleanup() + sink.cleanupOnce(); }};
-}
-
-WriterStep sourceError() {
-  return {"sourceError",
-          [](auto& sink) { return sink.sourceError(lvArgDest::SOURCE_ERROR_NO_CLASS); }};
-}
-
-WriterStep pushLevel(bool tuple) {
-  return {tuple ? "push tuple" : "push curly",
-          [=](auto& sink) { return sink.pushMapStack(tuple); }};
-}
-
-WriterStep popLevel() {
-  return {"pop", [](auto& sink) { return sink.peekMapStack() + 2 * sink.popMapStack(); }};
-}
+constexpr int LargestCapacity = test::WriterWalk::SmallCapacity;
 
 // ---- Fixed sequences ---------------------------------------------------------------------------
 
@@ -191,99 +115,11 @@ TEST(WriterAtEveryCapacity, RewindsAsTheModelDoes) {
 
 // ---- Random walks ------------------------------------------------------------------------------
 
-class RandomSteps {
- public:
-  explicit RandomSteps(unsigned seed) : engine_(seed) {}
-
-  int below(int n) { return static_cast<int>(engine_() % static_cast<unsigned>(n)); }
-
-  // `nesting` out of 100 steps open a level.
-  WriterStep next(int nesting) {
-    if (below(100) < nesting) {
-      return enter(kind(), size());
-    }
-    switch (below(24)) {
-      case 0:
-      case 1:
-      case 2:
-        return leave();
-      case 3:
-        return abortLevel();
-      case 4:
-        return insertChar(below(256));
-      case 5:
-        return insertString(text(), -1);
-      case 6: {
-        std::string const whole = text();
-        return insertString(whole, below(static_cast<int>(whole.size()) + 1));
-      }
-      case 7:
-        return omitSeparator();
-      case 8:
-        return setTransferSizes(below(3) != 0);
-      case 9:
-        return setStringOffset(below(LargestCapacity + 2));
-      case 10:
-        return below(4) == 0 ? init() : terminate();
-      case 11:
-        return below(4) == 0 ? initOnce() : cleanup();
-      case 12:
-        return below(2) == 0 ? pushLevel(below(2) == 0) : popLevel();
-      case 13:
-        return sourceError();
-      case 14:
-      case 15:
-        return put(lvArg());
-      case 16:
-      case 17:
-      case 18:
-        return put(number());
-      default:
-        return put(text());
-    }
-  }
-
- private:
-  lvArg kind() {
-    switch (below(6)) {
-      case 0:
-        return mapKind;
-      case 1:
-        return vectorKind;
-      case 2:
-        return below(4) == 0 ? lvArg(lvClass()) : classNamed(text());
-      default:
-        return tupleKind;
-    }
-  }
-
-  int size() { return below(3) != 0 ? -1 - below(2) : number() & 0x7FFFFFFF; }
-
-  int number() {
-    auto const bits = static_cast<int>(engine_());
-    return bits >> below(32);
-  }
-
-  // Mostly short, mostly of few kinds of byte, so that words, escapes and plain bytes all come up.
-  std::string text() {
-    static std::string const alphabets[] = {"ab_Z09",     "a:", ":%\"\n\x7F",
-                                            "a b\\\xE9:", "x",  std::string("a\0:", 3)};
-    std::string const& alphabet = alphabets[below(6)];
-    std::string made(static_cast<std::size_t>(below(4) == 0 ? below(40) : below(6)), ' ');
-    for (char& c : made) {
-      c = alphabet[static_cast<std::size_t>(below(static_cast<int>(alphabet.size())))];
-    }
-    return made;
-  }
-
-  std::mt19937 engine_;
-};
-
 void walk(unsigned seed, int capacity, int stepCount, int nesting) {
-  RandomSteps steps(seed);
-  WriterAndModel both(capacity);
+  test::SeededChoices choices(seed);
+  test::WriterWalk writer(choices, capacity, nesting);
   for (int i = 0; i < stepCount; ++i) {
-    ASSERT_TRUE(both.agreeOn(steps.next(nesting))) << "seed " << seed << ", step " << i;
+    ASSERT_TRUE(writer.step()) << "seed " << seed << ", step " << i;
   }
 }
 
