@@ -19,6 +19,17 @@ packages_for_check=(
   valgrind
 )
 
+packages_for_fuzz=(
+  ccache
+  clang-14
+  cmake
+  g++
+  g++-i686-linux-gnu
+  googletest
+  libclang-rt-14-dev
+  ninja-build
+)
+
 # ensure_packages PACKAGE...
 #
 # Installs those that are missing, as root; else prints the line that does, and fails. When nothing is
