@@ -6,62 +6,78 @@ if(NOT CLANG_TIDY_PROGRAM)
   return()
 endif()
 
-# Sets `result` to the absolute paths of the C++ sources of all targets in `directory` and below.
-function(tarselvalues_collect_sources result directory)
-  set(sources "")
+# Adds a command that looks at `file`, which is `relative` to the project or to what is generated.
+# The variables in capitals are what it depends on and the options that it takes. The stamp is
+# appended to the global property TARSELVALUES_TIDY_STAMPS.
+function(tarselvalues_tidy file relative)
+  cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "DEPENDS;OPTIONS")
+  set(stamp "${PROJECT_BINARY_DIR}/tidy/${relative}.stamp")
+  get_property(stamps GLOBAL PROPERTY TARSELVALUES_TIDY_STAMPS)
+  if(stamp IN_LIST stamps)
+    return()
+  endif()
+  # Headers of the library concern every source file, those of another folder only that folder.
+  string(REGEX REPLACE "/.*" "" folder "${relative}")
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS
+    "${PROJECT_SOURCE_DIR}/tarselvalues/*.h"
+    "${PROJECT_SOURCE_DIR}/${folder}/*.h" "${PROJECT_SOURCE_DIR}/${folder}/.clang-tidy")
+  cmake_path(GET stamp PARENT_PATH stamp_directory)
+  file(MAKE_DIRECTORY "${stamp_directory}")
+  add_custom_command(
+    OUTPUT "${stamp}"
+    COMMAND "${CLANG_TIDY_PROGRAM}" --quiet -p "${PROJECT_BINARY_DIR}" ${arg_OPTIONS} "${file}"
+    COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
+    DEPENDS ${arg_DEPENDS} ${headers} "${PROJECT_SOURCE_DIR}/.clang-tidy"
+            "${PROJECT_SOURCE_DIR}/cmake/CompilerSettings.cmake"
+    COMMENT "clang-tidy ${relative}"
+    VERBATIM)
+  set_property(GLOBAL APPEND PROPERTY TARSELVALUES_TIDY_STAMPS "${stamp}")
+endfunction()
+
+# The same for the sources of a target: those that are compiled together are looked at together.
+function(tarselvalues_tidy_target target)
+  get_target_property(sources ${target} SOURCES)
+  get_target_property(source_directory ${target} SOURCE_DIR)
+  get_target_property(binary_directory ${target} BINARY_DIR)
+  get_target_property(unity ${target} UNITY_BUILD)
+  get_target_property(batch_size ${target} UNITY_BUILD_BATCH_SIZE)
+  list(FILTER sources INCLUDE REGEX "\\.cpp$")
+  set(together "")
+  foreach(source IN LISTS sources)
+    get_source_file_property(alone "${source}" TARGET_DIRECTORY ${target} SKIP_UNITY_BUILD_INCLUSION)
+    cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${source_directory}" NORMALIZE)
+    cmake_path(RELATIVE_PATH source BASE_DIRECTORY "${PROJECT_SOURCE_DIR}" OUTPUT_VARIABLE relative)
+    if(NOT relative MATCHES "^(tarselvalues|tools|tests|examples|fuzz|bench)/")
+      continue()  # Other people's.
+    elseif(unity AND NOT alone)
+      list(APPEND together "${source}")
+    else()
+      tarselvalues_tidy("${source}" "${relative}" DEPENDS "${source}")
+    endif()
+  endforeach()
+  set(batch 0)
+  while(together)
+    list(SUBLIST together 0 ${batch_size} sources)
+    list(REMOVE_ITEM together ${sources})
+    set(file "${binary_directory}/CMakeFiles/${target}.dir/Unity/unity_${batch}_cxx.cxx")
+    tarselvalues_tidy("${file}" "tests/${target}${batch}" DEPENDS ${sources}
+      OPTIONS "--config-file=${PROJECT_SOURCE_DIR}/tests/.clang-tidy"
+              "--checks=-bugprone-suspicious-include")
+    math(EXPR batch "${batch} + 1")
+  endwhile()
+endfunction()
+
+function(tarselvalues_tidy_directory directory)
   get_property(targets DIRECTORY "${directory}" PROPERTY BUILDSYSTEM_TARGETS)
   foreach(target IN LISTS targets)
-    get_target_property(target_sources ${target} SOURCES)
-    get_target_property(target_directory ${target} SOURCE_DIR)
-    foreach(source IN LISTS target_sources)
-      if(source MATCHES "\\.cpp$")
-        cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${target_directory}" NORMALIZE)
-        list(APPEND sources "${source}")
-      endif()
-    endforeach()
+    tarselvalues_tidy_target(${target})
   endforeach()
   get_property(subdirectories DIRECTORY "${directory}" PROPERTY SUBDIRECTORIES)
   foreach(subdirectory IN LISTS subdirectories)
-    tarselvalues_collect_sources(more "${subdirectory}")
-    list(APPEND sources ${more})
+    tarselvalues_tidy_directory("${subdirectory}")
   endforeach()
-  set(${result} "${sources}" PARENT_SCOPE)
 endfunction()
 
-function(tarselvalues_add_tidy)
-  set(folders tarselvalues tools tests examples fuzz bench)
-  list(JOIN folders "|" any_folder)
-  tarselvalues_collect_sources(sources "${PROJECT_SOURCE_DIR}")
-  list(REMOVE_DUPLICATES sources)
-
-  # Headers of the library concern every source file, those of another folder only that folder.
-  foreach(folder IN LISTS folders)
-    file(GLOB_RECURSE headers_of_${folder} CONFIGURE_DEPENDS
-      "${PROJECT_SOURCE_DIR}/${folder}/*.h" "${PROJECT_SOURCE_DIR}/${folder}/.clang-tidy")
-  endforeach()
-
-  set(stamps "")
-  foreach(source IN LISTS sources)
-    cmake_path(RELATIVE_PATH source BASE_DIRECTORY "${PROJECT_SOURCE_DIR}" OUTPUT_VARIABLE relative)
-    if(NOT relative MATCHES "^(${any_folder})/")
-      continue()
-    endif()
-    set(folder "${CMAKE_MATCH_1}")
-    set(stamp "${PROJECT_BINARY_DIR}/tidy/${relative}.stamp")
-    cmake_path(GET stamp PARENT_PATH stamp_directory)
-    file(MAKE_DIRECTORY "${stamp_directory}")
-    add_custom_command(
-      OUTPUT "${stamp}"
-      COMMAND "${CLANG_TIDY_PROGRAM}" --quiet -p "${PROJECT_BINARY_DIR}" "${source}"
-      COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
-      DEPENDS "${source}" ${headers_of_tarselvalues} ${headers_of_${folder}}
-              "${PROJECT_SOURCE_DIR}/.clang-tidy"
-              "${PROJECT_SOURCE_DIR}/cmake/CompilerSettings.cmake"
-      COMMENT "clang-tidy ${relative}"
-      VERBATIM)
-    list(APPEND stamps "${stamp}")
-  endforeach()
-  add_custom_target(tidy DEPENDS ${stamps})
-endfunction()
-
-tarselvalues_add_tidy()
+tarselvalues_tidy_directory("${PROJECT_SOURCE_DIR}")
+get_property(stamps GLOBAL PROPERTY TARSELVALUES_TIDY_STAMPS)
+add_custom_target(tidy DEPENDS ${stamps})
