@@ -192,9 +192,13 @@ bool lvrDLList::merge(lviList const& other) {
   if (other.getSize() == 0) {
     return false;
   }
-  bool const isItself = &other == static_cast<lviList const*>(this);
-  int left = count;  // Its own elements end where they end now.
-  for (lvListEnumerator element(other); (!isItself || left-- > 0) && element->gotoNext();) {
+  tarselvalues::KeptAlive const self(*this);
+  int const size = other.getSize();
+  lvListEnumerator const element(other);
+  for (int merged = 0; element.getCursor() != nullptr && element->gotoNext(); ++merged) {
+    if (merged >= size && other.getSize() != size) {
+      break;  // It grows with this list: it is this list, or shows it.
+    }
     insert(element->getValue(), Append);
   }
   return true;
@@ -276,7 +280,10 @@ bool lvrDLList::IteratorLogic::gotoPrevious() {
 
 bool lvrDLList::IteratorLogic::gotoMatching(lviRealListEnumerator::Predicate* pred, void* ctx,
                                             bool backward) {
-  while (backward ? gotoPrevious() : gotoNext()) {
+  // `pred` may add an element each time, or move the cursor back. From a negative gotoIndex() on the
+  // way leads over the list up to twice.
+  std::int64_t left = 2 * std::int64_t{list->count};
+  for (; (backward ? gotoPrevious() : gotoNext()) && left > 0; --left) {
     if (pred(getValue(), ctx)) {
       return true;
     }

@@ -15,6 +15,10 @@
 // Errors:    out of memory is std::bad_alloc and leaves the list as it was.
 // Cursors:   a cursor whose element is taken away stands on the element that has its position when
 //            the cursor is next used, or after the last one. It never reads a freed node.
+// Callbacks: elements that are released, predicates, and the cursor of a list that is merged may
+//            change the list, or drop its last reference: it then lives until the operation is
+//            over. gotoNextMatching() and gotoPreviousMatching() show at most twice as many
+//            elements as the list had when they began, whatever the predicate adds.
 // Layout:    on 32-bit ARM: count 40, head 44, tail 48, size 52.
 #pragma once
 
@@ -142,7 +146,8 @@ class TARSELVALUES_API lvrDLList : public lvReferencable, public lviList {
   // Returns 0 when an element was removed, -1 when none is equal (lvArg::eq).
   int remove(lvArg const& value) override;
   bool clear() override;
-  // Appends copies of the elements of `other`, which may be this list: it has each twice then.
+  // Appends copies of the elements of `other`, which may be this list: it has each twice then. An
+  // `other` that grows meanwhile is done with at the size that it had; one without cursor is empty.
   // Deliberate: false for an empty `other`, though nothing is wrong.
   bool merge(lviList const& other) override;
   lvArg at(int index) const override;

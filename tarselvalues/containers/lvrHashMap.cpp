@@ -93,13 +93,17 @@ bool lvrHashMap::has(HashEntry const* entry, unsigned int hash) const {
 }
 
 // Returns the entry with this key, or null. Comparing keys may run a function of the program, which
-// may change the map: the search then goes on from its entry, or ends if that has gone.
-lvrHashMap::HashEntry* lvrHashMap::find(lvArg const& key, unsigned int hash) const {
+// may change the map: the search then goes on from its entry, or ends if that has gone, or has been
+// put to use for another key. It never looks at more entries than the map had at first, so it ends
+// even if each comparison moves its entry or adds others.
+lvrHashMap::HashEntry* lvrHashMap::find(lvArg const& key, unsigned int hash,
+                                        tarselvalues::KeptWhileAsking& self) const {
   HashEntry* entry = buckets != nullptr ? buckets[hash % hashSize] : nullptr;
-  while (entry != nullptr) {
+  for (std::int32_t left = count; entry != nullptr && left > 0; --left) {
     std::uint64_t const before = removals();
-    bool const equal = entry->key.equiv(key) != 0;
-    if (removals() != before && !has(entry, hash)) {
+    lvReferencable const* const object = entry->key.getReferencable();
+    bool const equal = self.ask(entry->key).equiv(key) != 0;
+    if (removals() != before && (!has(entry, hash) || entry->key.getReferencable() != object)) {
       return nullptr;
     }
     if (equal) {
@@ -123,7 +127,9 @@ lvArg lvrHashMap::get(lvArg const& key) const {
   if (count == 0) {
     return lvArg::NilValue;
   }
-  HashEntry const* const entry = find(key, key.hashCode());
+  tarselvalues::KeptWhileAsking self(*this);
+  unsigned int const hash = self.ask(key).hashCode();
+  HashEntry const* const entry = find(key, hash, self);
   return entry != nullptr ? entry->value : lvArg::NilValue;
 }
 
@@ -153,12 +159,13 @@ int lvrHashMap::needStorage() {
 }
 
 int lvrHashMap::put(lvArg const& key, lvArg const& value, lvArg* old) {
-  unsigned int const hash = key.hashCode();
+  tarselvalues::KeptWhileAsking self(*this);
+  unsigned int const hash = self.ask(key).hashCode();
   int status = needStorage();
   if (status != 0) {
     return status;
   }
-  HashEntry* const entry = find(key, hash);
+  HashEntry* const entry = find(key, hash, self);
   if (entry == nullptr) {
     if (!value.isNil()) {
       std::unique_ptr<HashEntry> made(takeEntry(key, value));
@@ -216,28 +223,27 @@ int lvrHashMap::clear() {
   if (buckets == nullptr || count == 0) {
     return 0;
   }
-  // Empty before the first release: what runs in there finds a map that it may use.
-  HashEntry** const heads = std::exchange(buckets, nullptr);
-  std::uint32_t const size = hashSize;
-  count = 0;
-  hashSum = EmptyHashSum;
-  for (std::uint32_t i = size; i-- > 0;) {
-    HashEntry* chain = std::exchange(heads[i], nullptr);
-    while (chain != nullptr) {
-      HashEntry* const entry = std::exchange(chain, chain->next);
-      delete entry;  // The value cell first, then the key.
+  // Empty before the first release: what runs in there finds a map that it may use, or let go.
+  HashEntry* chain = nullptr;
+  HashEntry** end = &chain;
+  for (std::uint32_t i = hashSize; i-- > 0;) {
+    *end = std::exchange(buckets[i], nullptr);
+    while (*end != nullptr) {
+      end = &(*end)->next;
     }
   }
-  if (buckets == nullptr && hashSize == size) {
-    buckets = heads;
-    ++removalsBehind(buckets, hashSize);
-  } else {
-    std::free(heads);
+  count = 0;
+  hashSum = EmptyHashSum;
+  ++removalsBehind(buckets, hashSize);
+  while (chain != nullptr) {
+    HashEntry* const entry = std::exchange(chain, chain->next);
+    delete entry;  // The value cell first, then the key.
   }
   return 0;
 }
 
 int lvrHashMap::freeStorage() {
+  tarselvalues::KeptAlive const self(*this);
   int const status = clear();
   if (status < 0) {
     return status;

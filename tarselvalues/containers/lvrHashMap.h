@@ -17,6 +17,11 @@
 // Cursors:   put() of nil, clear(), setHashSize() and freeStorage() may take the entry under a
 //            cursor away. The cursor then goes on with the next bucket, or stops early; it never
 //            reads a freed entry. New entries may or may not be met.
+// Callbacks: keys that are hashed or compared, and what is released, may change the map, or drop
+//            its last reference: it then lives until the operation is over. A search goes on from
+//            the entry that was compared, looks at no more entries than the map had when it began,
+//            and ends when that entry goes: it may miss a key, and put() may then add that once
+//            more. Whatever a key throws leaves the map as it was.
 // Life:      finalize() frees everything; the destructor itself frees nothing.
 // Layout:    on 32-bit ARM: count 40, hashSize 44, buckets 48, spareEntry 52, hashSum 56, size 60.
 #pragma once
@@ -26,6 +31,10 @@
 #include "tarselvalues/containers/lviMap.h"
 #include "tarselvalues/core/Export.h"
 #include "tarselvalues/core/lvReferencable.h"
+
+namespace tarselvalues {
+class KeptWhileAsking;
+}  // namespace tarselvalues
 
 class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
  public:
@@ -136,7 +145,8 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   TARSELVALUES_INTERNAL static HashEntry** allocateBuckets(std::uint32_t size);
   TARSELVALUES_INTERNAL std::uint64_t removals() const;
   TARSELVALUES_INTERNAL bool has(HashEntry const* entry, unsigned int hash) const;
-  TARSELVALUES_INTERNAL HashEntry* find(lvArg const& key, unsigned int hash) const;
+  TARSELVALUES_INTERNAL HashEntry* find(lvArg const& key, unsigned int hash,
+                                        tarselvalues::KeptWhileAsking& self) const;
   TARSELVALUES_INTERNAL HashEntry** linkTo(HashEntry const* entry, unsigned int hash) const;
   TARSELVALUES_INTERNAL HashEntry* takeEntry(lvArg const& key, lvArg const& value);
   TARSELVALUES_INTERNAL void linkEntry(HashEntry* entry, unsigned int hash);

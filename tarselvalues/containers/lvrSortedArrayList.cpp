@@ -9,12 +9,19 @@
 #include "tarselvalues/containers/CellBlock.h"
 #include "tarselvalues/containers/lvSortedListEnumerator.h"
 #include "tarselvalues/core/ClassKeys.h"
+#include "tarselvalues/core/Reference.h"
 
 namespace {
 
 constexpr unsigned int DefaultGrowStep = 8;
 constexpr int NotFound = -1;
 constexpr int NoSortedList = -1;
+
+// Whether a list that had `size` elements, of which `seen` were seen, has others by now: a walk
+// ends there, or comparing elements could make it go on for ever.
+bool hasGrown(lviSortedList const& list, int size, int seen) {
+  return seen >= size && list.getSize() != size;
+}
 
 }  // namespace
 
@@ -54,9 +61,10 @@ lvArg lvrSortedArrayList::get(int index) const {
 }
 
 int lvrSortedArrayList::search(lvArg const& value, bool* found, int low, int high) const {
+  tarselvalues::KeptWhileAsking self(*this);
   bool hit = false;
   int const position = tarselvalues::bisect(
-      value, std::max(low, 0), std::min(high, count), count,
+      self.ask(value), std::max(low, 0), std::min(high, count), count,
       [this](int i) -> lvArg const& { return array[i]; }, hit);
   if (found != nullptr) {
     *found = hit;
@@ -71,7 +79,14 @@ bool lvrSortedArrayList::contains(lvArg const& value) const {
 }
 
 bool lvrSortedArrayList::containsAll(lviSortedList const& other) const {
-  for (lvSortedListEnumerator element(other, 0); element->hasNext();) {
+  tarselvalues::KeptAlive const self(*this);
+  tarselvalues::KeptAlive const source(other);
+  int const size = other.getSize();
+  lvSortedListEnumerator const element(other, 0);
+  for (int seen = 0; element.getCursor() != nullptr && element->hasNext(); ++seen) {
+    if (hasGrown(other, size, seen)) {
+      break;
+    }
     if (!contains(element->next())) {
       return false;
     }
@@ -80,8 +95,9 @@ bool lvrSortedArrayList::containsAll(lviSortedList const& other) const {
 }
 
 int lvrSortedArrayList::indexOf(lvArg const& value) const {
+  tarselvalues::KeptWhileAsking self(*this);
   bool found = false;
-  int position = search(value, &found, 0, WholeList);
+  int position = search(self.ask(value), &found, 0, WholeList);
   int first = NotFound;
   while (found) {
     first = position;
@@ -91,12 +107,14 @@ int lvrSortedArrayList::indexOf(lvArg const& value) const {
 }
 
 int lvrSortedArrayList::lastIndexOf(lvArg const& value) const {
+  tarselvalues::KeptWhileAsking self(*this);
   bool found = false;
-  int position = search(value, &found, 0, WholeList);
+  int const end = count;  // Comparing may add elements, again and again.
+  int position = search(self.ask(value), &found, 0, end);
   int last = NotFound;
   while (found) {
     last = position;
-    position = search(value, &found, keepsDuplicates() ? last + 1 : count, WholeList);
+    position = search(value, &found, keepsDuplicates() ? last + 1 : end, end);
   }
   return last;
 }
@@ -117,9 +135,15 @@ int lvrSortedArrayList::compareTo(lvReferencable const& other) const {
   if (list->getSize() != count) {
     return list->getSize() - count;
   }
-  lvSortedListEnumerator theirs(*list, 0);
-  for (int i = 0; i < count; ++i) {
-    lvArg const theirValue = theirs->next();  // By itself: it may change this list.
+  tarselvalues::KeptAlive const self(*this);
+  tarselvalues::KeptAlive const source(other);
+  int const size = count;
+  lvSortedListEnumerator const theirs(*list, 0);
+  for (int i = 0; i < size; ++i) {
+    lvArg theirValue;  // By itself: making it may change this list.
+    if (theirs.getCursor() != nullptr) {
+      theirValue = theirs->next();
+    }
     int const order = get(i).compareTo(theirValue);
     if (order != 0) {
       return order;
@@ -137,8 +161,9 @@ int lvrSortedArrayList::expand(int needed) {
 void lvrSortedArrayList::growOrExit() { tarselvalues::exitUnlessGrown(expand(count + 1)); }
 
 int lvrSortedArrayList::add(lvArg const& value) {
+  tarselvalues::KeptWhileAsking self(*this);
   bool found = false;
-  int const position = search(value, &found, 0, WholeList);
+  int const position = search(self.ask(value), &found, 0, WholeList);
   if (count == 0) {
     if (expand(1) == 0) {
       insertAt(0, value);
@@ -202,6 +227,7 @@ void lvrSortedArrayList::clear() {
 }
 
 int lvrSortedArrayList::finalize() {
+  tarselvalues::KeptAlive const self(*this);
   while (array != nullptr) {  // Again, if something was added while elements were released.
     lvrSortedArrayList::clear();
   }
@@ -230,7 +256,7 @@ class lvrSortedArrayList::Merge {
   // Puts the array back. What was added to the list meanwhile is released.
   ~Merge() {
     while (list.array != nullptr) {
-      list.clear();
+      list.lvrSortedArrayList::clear();
     }
     int const left = place - mine;  // The elements to come were fewer than expected.
     tarselvalues::moveItems(cells + mine + 1, cells + place + 1, size - place - 1);
@@ -300,8 +326,13 @@ int lvrSortedArrayList::mergedSize(lviSortedList const& other, int& taken) const
   }
   int size = count;
   int mine = 0;
-  lvSortedListEnumerator theirs(other, 0);
-  for (lvArg value = theirs->next(); !value.isNil();) {
+  int const theirSize = other.getSize();
+  lvSortedListEnumerator const theirs(other, 0);
+  lvArg value;
+  if (theirs.getCursor() != nullptr) {
+    value = theirs->next();
+  }
+  while (!value.isNil() && !hasGrown(other, theirSize, taken)) {
     while (mine < count && array[mine].compareTo(value) < 0) {
       ++mine;
     }
@@ -310,7 +341,8 @@ int lvrSortedArrayList::mergedSize(lviSortedList const& other, int& taken) const
     do {
       ++taken;
       following = theirs->next();
-    } while (!following.isNil() && following.compareTo(value) == 0);
+    } while (!following.isNil() && !hasGrown(other, theirSize, taken) &&
+             following.compareTo(value) == 0);
     value = std::move(following);
   }
   return size;
@@ -326,11 +358,17 @@ bool lvrSortedArrayList::addAll(lviSortedList const& other) {
     }
     return addAll(copy);
   }
+  tarselvalues::KeptAlive const self(*this);
+  tarselvalues::KeptAlive const source(other);
   int taken = 0;
-  int const size = std::max(mergedSize(other, taken), count);
-  if (taken != 0 && expand(size) == 0) {
-    lvSortedListEnumerator const theirs(other, taken);
-    Merge(*this, size).takeAll(*theirs.getCursor(), taken);
+  int const expected = std::max(mergedSize(other, taken), count);
+  if (taken != 0 && expand(expected) == 0) {
+    lvSortedListEnumerator const theirs(other, taken);  // Making it may change this list.
+    int const size =
+        keepsDuplicates() ? count + std::min(taken, INT_MAX - count) : std::max(expected, count);
+    if (theirs.getCursor() != nullptr && expand(size) == 0) {
+      Merge(*this, size).takeAll(*theirs.getCursor(), taken);
+    }
   }
   return true;
 }

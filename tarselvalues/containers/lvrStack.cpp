@@ -6,6 +6,7 @@
 
 #include "tarselvalues/containers/ElementArrays.h"
 #include "tarselvalues/core/ClassKeys.h"
+#include "tarselvalues/core/Reference.h"
 
 namespace {
 
@@ -20,7 +21,7 @@ lvrStack::lvrStack(int size)
     : elements(size >= 0 ? new lvArg[tarselvalues::cutToLimit(size)] : nullptr),
       alloced(tarselvalues::cutToLimit(size)),
       count(0),
-      flags(HashCached),
+      flags(tarselvalues::HashCached),
       hashCache(0) {
   setKind(MapKind);
 }
@@ -38,15 +39,12 @@ lvString const& lvrStack::getClassDesc() const { return getStaticClassDesc(); }
 int lvrStack::equiv(lvReferencable const& other) const { return &other == this ? 1 : 0; }
 
 unsigned int lvrStack::hashCode() const {
-  if (flags == 0) {
-    flags = HashCached;  // First: it is gone again if the stack changes meanwhile.
-    hashCache = tarselvalues::hashElements(
-        count, [this](int i) -> lvArg const& { return i < count ? elements[i] : lvArg::NilValue; });
-  }
-  return hashCache;
+  return tarselvalues::cachedHash(*this, flags, hashCache, count,
+                                  [this](int i) -> lvArg const& { return elements[i]; });
 }
 
 int lvrStack::finalize() {
+  tarselvalues::KeptAlive const self(*this);
   while (elements != nullptr) {  // Again, if something was pushed while elements were released.
     releaseData();
   }

@@ -10,6 +10,10 @@
 // Ownership: the stack holds references to its elements.
 // Threads:   one thread at a time per stack.
 // Errors:    out of memory is std::bad_alloc and leaves the stack as it was.
+// Callbacks: elements that are hashed or released may change the stack, or drop its last reference:
+//            it then lives until the operation is over. A hash counts what is gone as nil, and is
+//            computed again if the stack was changed meanwhile. Whatever an element throws leaves
+//            the stack as it was.
 // Life:      finalize() frees everything.
 // Layout:    on 32-bit ARM: elements 40, alloced 44, count 46, flags 48, hashCache 52, size 56.
 #pragma once
@@ -68,8 +72,6 @@ class TARSELVALUES_API lvrStack : public lvReferencable, public lviStack {
  private:
   template <class T>
   friend struct lvLayoutAccess;
-
-  static constexpr std::uint16_t HashCached = 1;  // the one bit of `flags`
 
   lvArg* elements;
   std::uint16_t alloced;

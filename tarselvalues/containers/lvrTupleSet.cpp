@@ -8,6 +8,7 @@
 
 #include "tarselvalues/containers/CellBlock.h"
 #include "tarselvalues/containers/DeliveredOld.h"
+#include "tarselvalues/core/Reference.h"
 
 namespace {
 
@@ -50,9 +51,11 @@ bool lvrTupleSet::has(int i) const { return entries != nullptr && i >= 0 && i < 
 lvrTupleSet::Pair const* lvrTupleSet::pairAt(int i) const { return has(i) ? &entries[i] : nullptr; }
 
 int lvrTupleSet::search(lvArg const& key, bool* found) const {
+  tarselvalues::KeptWhileAsking self(*this);
   bool hit = false;
   int const position = tarselvalues::bisect(
-      key, 0, count, count, [this](int i) -> lvArg const& { return entries[i].key; }, hit);
+      self.ask(key), 0, count, count, [this](int i) -> lvArg const& { return entries[i].key; },
+      hit);
   if (found != nullptr) {
     *found = hit;
   }
@@ -60,8 +63,9 @@ int lvrTupleSet::search(lvArg const& key, bool* found) const {
 }
 
 lvArg lvrTupleSet::get(lvArg const& key) const {
+  tarselvalues::KeptWhileAsking self(*this);
   bool found = false;
-  int const position = search(key, &found);
+  int const position = search(self.ask(key), &found);
   return found ? entries[position].value : lvArg::NilValue;
 }
 
@@ -90,8 +94,9 @@ void lvrTupleSet::insertAt(int i, lvArg const& key, lvArg const& value, int coun
 }
 
 int lvrTupleSet::put(lvArg const& key, lvArg const& value, lvArg* old) {
+  tarselvalues::KeptWhileAsking self(*this);
   bool found = false;
-  int const position = search(key, &found);
+  int const position = search(self.ask(key), &found);
   if (found) {
     return putOverFound(position, key, value, old);
   }
@@ -131,18 +136,29 @@ int lvrTupleSet::setValue(int i, lvArg const& value, lvArg* old) {
 }
 
 void lvrTupleSet::removeEntry(int i) {
-  if (!has(i)) {
-    return;
+  if (has(i)) {
+    // Out of the set before they are released, the key first: what runs in there finds it whole.
+    lvArg value;
+    lvArg key;
+    takeOut(i, key, value);
   }
-  // Out of the set before they are released: what runs in there finds it whole.
-  lvArg const value(std::move(entries[i].value));
-  lvArg const key(std::move(entries[i].key));
+}
+
+// Moves the cells of a pair out and closes the gap.
+void lvrTupleSet::takeOut(int i, lvArg& key, lvArg& value) {
+  value = std::move(entries[i].value);
+  key = std::move(entries[i].key);
   tarselvalues::closeGap(entries, count, i);
   --count;
 }
 
 int lvrTupleSet::clear() {
-  // Out of the way before the first release: what runs in there finds a set that it may use.
+  if (count == 0) {
+    return 0;
+  }
+  // Out of the way before the first release: what runs in there finds a set that it may use, or let
+  // go.
+  tarselvalues::KeptAlive const self(*this);
   Pair* const cleared = std::exchange(entries, nullptr);
   std::int32_t const room = std::exchange(allocated, 0);
   std::int32_t const held = std::exchange(count, 0);
@@ -161,14 +177,17 @@ int lvrTupleSet::clear() {
 }
 
 int lvrTupleSet::finalize() {
+  tarselvalues::KeptAlive const self(*this);
   if (entries != nullptr) {
     clear();  // NOLINT(clang-analyzer-optin.cplusplus.VirtualCall): in the destructor, this one's.
-    while (count != 0) {  // Left by a derived clear(), or put in while pairs were released.
-      lvrTupleSet::clear();
+    while (entries != nullptr) {  // Again, if something was put in while pairs were released.
+      while (count != 0) {        // Left by a derived clear(), or put in during the last one.
+        lvrTupleSet::clear();
+      }
+      Pair* const freed = std::exchange(entries, nullptr);
+      std::destroy_n(freed, std::exchange(allocated, 0));
+      std::free(static_cast<void*>(freed));
     }
-    Pair* const freed = std::exchange(entries, nullptr);
-    std::destroy_n(freed, std::exchange(allocated, 0));
-    std::free(static_cast<void*>(freed));
   }
   return lvReferencable::finalize();
 }
@@ -227,7 +246,9 @@ int lvrTupleSet::RealIterator::remove() {
   if (logic.index >= logic.set->count) {
     return PastTheEnd;
   }
-  logic.set->removeEntry(logic.index);
+  lvArg value;  // Released last, the key first: that may be the end of the cursor.
+  lvArg key;
+  logic.set->takeOut(logic.index, key, value);
   logic.current = logic.set->pairAt(logic.index);
   return 0;
 }

@@ -23,7 +23,7 @@ lvrVector::lvrVector(int size)
       alloced(cutToLimit(size)),
       start(0),
       count(0),
-      flags(HashCached),
+      flags(tarselvalues::HashCached),
       hashCache(0) {
   setKind(ListKind);
 }
@@ -36,6 +36,9 @@ lvrVector::lvrVector(int ringAlloced, int ringCount, int ringStart, lvArg* ring)
       flags(0),
       hashCache(0) {
   setKind(ListKind);
+  for (int i = count; i < alloced; ++i) {
+    slot(i).setNil();  // Or moving an element there would release something.
+  }
 }
 
 lvrVector::~lvrVector() = default;
@@ -49,6 +52,7 @@ lvString const& lvrVector::getStaticClassDesc() {
 lvString const& lvrVector::getClassDesc() const { return getStaticClassDesc(); }
 
 int lvrVector::finalize() {
+  tarselvalues::KeptAlive const self(*this);
   while (elements != nullptr) {  // Again, if something was inserted while elements were released.
     releaseData();
   }
@@ -60,12 +64,8 @@ lvArg& lvrVector::slot(int position) const { return elements[(start + position) 
 // ---- Asking ------------------------------------------------------------------------------------
 
 unsigned int lvrVector::hashCode() const {
-  if (flags == 0) {
-    flags = HashCached;  // First: it is gone again if the vector changes meanwhile.
-    hashCache = tarselvalues::hashElements(
-        count, [this](int i) -> lvArg const& { return i < count ? slot(i) : lvArg::NilValue; });
-  }
-  return hashCache;
+  return tarselvalues::cachedHash(*this, flags, hashCache, count,
+                                  [this](int i) -> lvArg const& { return slot(i); });
 }
 
 bool lvrVector::isSorted() const { return false; }
@@ -77,8 +77,14 @@ lvArg lvrVector::at(int index) const {
 int lvrVector::getSize() const { return count; }
 
 int lvrVector::getElementPos(lvArg const& value) const {
+  tarselvalues::KeptWhileAsking self(*this);
+  return positionOf(value, self);
+}
+
+int lvrVector::positionOf(lvArg const& value, tarselvalues::KeptWhileAsking& self) const {
+  self.ask(value);
   for (int i = 0; i < count; ++i) {
-    if (slot(i).equiv(value) != 0) {
+    if (self.ask(slot(i)).equiv(value) != 0) {
       return i;
     }
   }
@@ -145,7 +151,8 @@ lvArg lvrVector::remove(int index) {
 }
 
 int lvrVector::remove(lvArg const& value) {
-  int const position = lvrVector::getElementPos(value);
+  tarselvalues::KeptWhileAsking self(*this);
+  int const position = positionOf(value, self);
   if (position == NotFound) {
     return 0;
   }
@@ -157,7 +164,9 @@ bool lvrVector::clear() {
   if (count == 0) {
     return true;
   }
-  // Out of the way before the first release: what runs in there finds a vector that it may use.
+  // Out of the way before the first release: what runs in there finds a vector that it may use, or
+  // let go.
+  tarselvalues::KeptAlive const self(*this);
   std::unique_ptr<lvArg[]> ring(std::exchange(elements, nullptr));
   std::uint16_t const capacity = std::exchange(alloced, std::uint16_t{0});
   std::uint16_t const size = std::exchange(count, std::uint16_t{0});
@@ -234,7 +243,7 @@ bool lvrVector::RealEnumerator::gotoNext() {
 }
 
 bool lvrVector::RealEnumerator::gotoNextMatching(Predicate* pred, void* ctx) {
-  while (gotoNext()) {
+  for (int left = MaxSize; gotoNext() && left > 0; --left) {
     if (pred(getValue(), ctx)) {
       return true;
     }
@@ -251,7 +260,7 @@ bool lvrVector::RealEnumerator::gotoPrevious() {
 }
 
 bool lvrVector::RealEnumerator::gotoPreviousMatching(Predicate* pred, void* ctx) {
-  while (gotoPrevious()) {
+  for (int left = MaxSize; gotoPrevious() && left > 0; --left) {
     if (pred(getValue(), ctx)) {
       return true;
     }

@@ -13,6 +13,11 @@
 // Errors:    out of memory is std::bad_alloc and leaves the vector as it was.
 // Cursors:   hold a position, not an element: they see every change, and read nil where there is no
 //            element any more.
+// Callbacks: elements that are hashed, compared or released may change the vector, or drop its last
+//            reference: it then lives until the operation is over. A search goes on with the next
+//            position; a hash counts what is gone as nil, and is computed again if the vector was
+//            changed meanwhile. Whatever an element throws leaves the vector as it was. A cursor
+//            that its predicate moves shows at most as many elements as a vector may have.
 // Life:      finalize() frees everything; the destructor itself frees nothing.
 // Layout:    on 32-bit ARM: elements 40, alloced 44, start 46, count 48, flags 50, hashCache 52,
 //            size 56.
@@ -23,6 +28,10 @@
 #include "tarselvalues/containers/lviList.h"
 #include "tarselvalues/core/Export.h"
 #include "tarselvalues/core/lvReferencable.h"
+
+namespace tarselvalues {
+class KeptWhileAsking;
+}  // namespace tarselvalues
 
 class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
  public:
@@ -57,7 +66,7 @@ class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
 
   // Takes a ring buffer over, which the vector will free as an array of lvArg: `ringCount` elements
   // from slot `ringStart` on in `ring`, an array of `ringAlloced` cells (null counts as none).
-  // Numbers that do not fit each other are cut until they do.
+  // Numbers that do not fit each other are cut until they do, and slots without element become nil.
   lvrVector(int ringAlloced, int ringCount, int ringStart, lvArg* ring);
 
   // Returns a new vector with room for 7 elements.
@@ -109,8 +118,8 @@ class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
   template <class T>
   friend struct lvLayoutAccess;
 
-  static constexpr std::uint16_t HashCached = 1;  // the one bit of `flags`
-
+  TARSELVALUES_INTERNAL int positionOf(lvArg const& value,
+                                       tarselvalues::KeptWhileAsking& self) const;
   TARSELVALUES_INTERNAL lvArg& slot(int position) const;
   TARSELVALUES_INTERNAL void shiftUp(int first, int last);
   TARSELVALUES_INTERNAL void shiftDown(int first, int last);

@@ -4,8 +4,11 @@
 // handles and cursors hold the object; see lvReferencable.h for its other values.
 #pragma once
 
+#include <optional>
+
 #include "tarselvalues/core/Export.h"
 
+class lvArg;
 class lvReferencable;
 
 namespace tarselvalues {
@@ -15,5 +18,36 @@ TARSELVALUES_INTERNAL void takeReference(lvReferencable const& object) noexcept;
 
 // Drops a reference: const_cast in one place, because cursors hold const objects.
 TARSELVALUES_INTERNAL void dropReference(lvReferencable const& object);
+
+// Whether comparing or hashing the object may run a function of the program. The library's own
+// strings run none.
+TARSELVALUES_INTERNAL bool mayRunProgram(lvReferencable const& object);
+
+// Takes a reference to an object that somebody holds, and drops it at its end: for what goes on after
+// a function of the program has run, which may have dropped the last other reference. An object that
+// nobody holds, or that is at its end, is left alone.
+class TARSELVALUES_INTERNAL KeptAlive {
+ public:
+  explicit KeptAlive(lvReferencable const& kept) noexcept;
+  ~KeptAlive();
+  KeptAlive(KeptAlive const&) = delete;
+  KeptAlive& operator=(KeptAlive const&) = delete;
+
+ private:
+  lvReferencable const* object;
+};
+
+// Keeps a container alive while it compares or hashes cells, from the first one on that may run a
+// function of the program. Most never do: then no lock is taken.
+class TARSELVALUES_INTERNAL KeptWhileAsking {
+ public:
+  explicit KeptWhileAsking(lvReferencable const& asking) : container(asking) {}
+  // Returns the cell, which may then be compared or hashed.
+  lvArg const& ask(lvArg const& cell);
+
+ private:
+  lvReferencable const& container;
+  std::optional<KeptAlive> kept;
+};
 
 }  // namespace tarselvalues

@@ -1,5 +1,7 @@
 #include "tarselvalues/core/lvArg.h"
 
+#include <optional>
+
 #include "tarselvalues/core/Address.h"
 #include "tarselvalues/core/Reference.h"
 #include "tarselvalues/core/lvReferencable.h"
@@ -25,6 +27,30 @@ int drop(lvReferencable* old) {
     old->__removeRef();
   }
   return 0;
+}
+
+// Keeps two objects, which cells hold, alive while they are compared: a function of the program
+// that runs meanwhile may empty the cells.
+class BothKept {
+ public:
+  BothKept(lvReferencable const& a, lvReferencable const& b) {
+    if (tarselvalues::mayRunProgram(a) || tarselvalues::mayRunProgram(b)) {
+      first.emplace(a);
+      second.emplace(b);
+    }
+  }
+
+ private:
+  std::optional<tarselvalues::KeptAlive> first;
+  std::optional<tarselvalues::KeptAlive> second;
+};
+
+unsigned int hashOf(lvReferencable const& object) {
+  std::optional<tarselvalues::KeptAlive> kept;
+  if (tarselvalues::mayRunProgram(object)) {
+    kept.emplace(object);
+  }
+  return object.hashCode();
 }
 
 lvArg::ValueType tagOf(lvReferencable const& object) {
@@ -60,7 +86,10 @@ int lvArg::equiv(lvArg const& other) const {
     return 0;
   }
   if (getType() == StringType && payload_ != 0 && other.payload_ != 0) {
-    return object()->equiv(*other.object());
+    lvReferencable const& mine = *object();
+    lvReferencable const& theirs = *other.object();
+    BothKept const kept(mine, theirs);
+    return mine.equiv(theirs);
   }
   return isNil() || payload_ == other.payload_ ? 1 : 0;
 }
@@ -80,7 +109,10 @@ int lvArg::compareTo(lvArg const& other) const {
                             static_cast<std::uint32_t>(other.payload_));
   }
   if (isReference() && payload_ != other.payload_ && payload_ != 0 && other.payload_ != 0) {
-    return object()->compareTo(*other.object());
+    lvReferencable const& mine = *object();
+    lvReferencable const& theirs = *other.object();
+    BothKept const kept(mine, theirs);
+    return mine.compareTo(theirs);
   }
   return tarselvalues::wordDifference(static_cast<std::intptr_t>(payload_),
                                       static_cast<std::intptr_t>(other.payload_));
@@ -95,7 +127,7 @@ unsigned int lvArg::hashCode() const {
     case PointerType:
       return mixHash(static_cast<std::uint32_t>(static_cast<std::intptr_t>(payload_) >> 3));
     default:
-      return isReference() && payload_ != 0 ? object()->hashCode() : 0;
+      return isReference() && payload_ != 0 ? hashOf(*object()) : 0;
   }
 }
 

@@ -21,6 +21,8 @@
 // Order:     what replaces an old content is referenced before the old one is released, so a cell
 //            may be overwritten from something that only its old content keeps alive. What the old
 //            object's finalize() stores into the very cell stays.
+// Callbacks: an object of the program's class that is compared or hashed, and the one that it is
+//            compared with, are held meanwhile: the cells may be emptied by then.
 // Example:   README.md, "A first program"
 #pragma once
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <typeinfo>
 #include <utility>
 
 #include "tarselvalues/core/Address.h"
@@ -60,6 +61,32 @@ void takeReference(lvReferencable const& object) noexcept {
 
 void dropReference(lvReferencable const& object) {
   const_cast<lvReferencable&>(object).__removeRef();
+}
+
+bool mayRunProgram(lvReferencable const& object) {
+  return typeid(object) != typeid(lvrString) && typeid(object) != typeid(lvString::StringEntry);
+}
+
+KeptAlive::KeptAlive(lvReferencable const& kept) noexcept : object(nullptr) {
+  ObjectLock const guard(kept.mutex_);
+  if (kept.count_ > 0) {
+    ++kept.count_;
+    object = &kept;
+  }
+}
+
+KeptAlive::~KeptAlive() {
+  if (object != nullptr) {
+    dropReference(*object);
+  }
+}
+
+lvArg const& KeptWhileAsking::ask(lvArg const& cell) {
+  lvReferencable const* const asked = cell.getReferencable();
+  if (!kept && asked != nullptr && mayRunProgram(*asked)) {
+    kept.emplace(container);
+  }
+  return cell;
 }
 
 }  // namespace tarselvalues

@@ -109,6 +109,7 @@ class TARSELVALUES_API lvReferencable {
   template <class T>
   friend struct lvLayoutAccess;
   friend void tarselvalues::takeReference(lvReferencable const& object) noexcept;
+  friend class tarselvalues::KeptAlive;
 
   // Type byte: bits 0-1 lifetime (immortal when both are set), bits 2-3 left to derived classes,
   // bits 4-7 the kind.

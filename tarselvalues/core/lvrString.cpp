@@ -132,10 +132,12 @@ int lvrString::equiv(lvReferencable const& other) const {
   if (string->hashCode() != hashCode()) {
     return 0;
   }
+  char const* const theirs = orEmpty(string->text_);  // A hash may be a function of the program,
+  char const* const mine = orEmpty(text_);            // which may have taken the texts away.
   if (!isKnownLength()) {
-    return std::strcmp(string->text_, text_) == 0 ? 1 : 0;
+    return std::strcmp(theirs, mine) == 0 ? 1 : 0;
   }
-  return string->length_ == length_ && std::strncmp(string->text_, text_, length_) == 0 ? 1 : 0;
+  return string->length_ == length_ && std::strncmp(theirs, mine, length_) == 0 ? 1 : 0;
 }
 
 unsigned int lvrString::hashCode() const {
