@@ -311,7 +311,7 @@ TEST_F(TupleSetIteratorRemove, LetsTheRemovedPairChangeTheSet) {
   step(2);
   EXPECT_EQ(cursor->remove(), 0);
   EXPECT_TRUE(standsOnNothing(*cursor));
-  EXPECT_EQ(cursor->remove(), -1);
+  EXPECT_EQ(cursor->remove(), -2);
 }
 
 }  // namespace
