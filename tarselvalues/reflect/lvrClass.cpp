@@ -298,7 +298,7 @@ void lvrClass::dropTable(OffsetTableType kind) {
 // Gives the entries of a new table their names; an entry may go without one. The table is dropped
 // when the memory runs out.
 template <class NameAt>
-int lvrClass::nameEntries(OffsetTableType kind, int n, NameAt nameAt) {
+void lvrClass::nameEntries(OffsetTableType kind, int n, NameAt nameAt) {
   try {
     needNames(kind, n);
     lvHashMap const names(tableOf(kind)->names);
@@ -307,10 +307,6 @@ int lvrClass::nameEntries(OffsetTableType kind, int n, NameAt nameAt) {
         lvString const key(name);
         lvArg index;
         index.setInt(i);
-        if (key.isNil()) {
-          dropTable(kind);
-          return Refused;
-        }
         names->put(key, index);
       }
     }
@@ -318,7 +314,6 @@ int lvrClass::nameEntries(OffsetTableType kind, int n, NameAt nameAt) {
     dropTable(kind);
     throw;
   }
-  return 0;
 }
 
 int lvrClass::setDirectObjectNamedOffsets(OffsetTableType kind, int n, void const* table,
@@ -327,7 +322,8 @@ int lvrClass::setDirectObjectNamedOffsets(OffsetTableType kind, int n, void cons
   if (status != 0 || table == nullptr || names == nullptr) {
     return status;
   }
-  return nameEntries(kind, n, [names](int i) { return names[i]; });
+  nameEntries(kind, n, [names](int i) { return names[i]; });
+  return 0;
 }
 
 int lvrClass::setDirectObjectInterleavedNamedOffsets(OffsetTableType kind, int n,
@@ -338,7 +334,8 @@ int lvrClass::setDirectObjectInterleavedNamedOffsets(OffsetTableType kind, int n
   }
   std::size_t const width = widthOf(kind);
   auto const* const firstName = static_cast<unsigned char const*>(table) + width;
-  return nameEntries(kind, n, [firstName, width](int i) {
+  nameEntries(kind, n, [firstName, width](int i) {
     return readEntry<char const*>(firstName + static_cast<std::size_t>(i) * 2 * width);
   });
+  return 0;
 }

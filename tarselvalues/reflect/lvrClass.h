@@ -151,7 +151,7 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
   TARSELVALUES_INTERNAL GenericMemberOffsetTable const* inheritedTable(OffsetTableType kind) const;
   TARSELVALUES_INTERNAL void dropTable(OffsetTableType kind);
   template <class NameAt>
-  TARSELVALUES_INTERNAL int nameEntries(OffsetTableType kind, int n, NameAt nameAt);
+  TARSELVALUES_INTERNAL void nameEntries(OffsetTableType kind, int n, NameAt nameAt);
 
   DefaultCtor* defaultCtor_;
   lvArg superClass_;

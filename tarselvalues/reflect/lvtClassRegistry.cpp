@@ -1,6 +1,7 @@
 #include "tarselvalues/reflect/lvtClassRegistry.h"
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 
 #include "tarselvalues/containers/lvrDLList.h"
@@ -46,7 +47,10 @@ lvtClassRegistry* lvtClassRegistry::getInstance() {
     static std::recursive_mutex making;
     std::lock_guard<std::recursive_mutex> const guard(making);
     if (instance == nullptr) {
-      instance = new lvtClassRegistry;
+      std::unique_ptr<lvtClassRegistry> made(new lvtClassRegistry);
+      if (instance == nullptr) {  // A std::new_handler may have asked for it.
+        instance = made.release();
+      }
     }
     if (!filling) {
       filling = true;

@@ -48,10 +48,7 @@ int lvrCommonSerializer::serializeReferencableInto(lvArgDest& dest, lvArg const&
 int lvrCommonSerializer::deserializeInto(lvArg& out, lvArgSource& src) {
   constexpr int sizeHint = 6;
   lvVector items(sizeHint);
-  int const status = TreeReader(src).readVectorContents(items);
-  if (status < 0) {
-    return status;
-  }
+  TreeReader(src).readVectorContents(items);  // Into a vector of its own that never fails.
   out = std::move(items);
   return 0;
 }

@@ -228,7 +228,7 @@ int lvtStringArgSource::readQuoted(std::int32_t position, lvArg& out) {
   while (!endsString(position)) {
     Unescaped const unit = unescape(position);
     if (unit.yields) {
-      if (count == LocalSize && heap == nullptr) {
+      if (count == LocalSize) {  // Once, since the count only rises.
         heap.reset(static_cast<char*>(std::malloc(count + countUnescaped(position) + 1)));
         if (heap == nullptr) {
           throw std::bad_alloc();
@@ -259,7 +259,7 @@ int lvtStringArgSource::readQuoted(std::int32_t position, lvArg& out) {
 int lvtStringArgSource::getArg(lvArg& out) {
   int result = ReadOn;
   while (result == ReadOn) {
-    result = state_ == UsedUp ? int{SOURCE_END} : step(readToken(), out);
+    result = step(state_ == UsedUp ? int{TOKEN_END} : readToken(), out);
   }
   return result;
 }
@@ -318,7 +318,7 @@ int lvtStringArgSource::step(int token, lvArg& out) {
       return stepAtClassName(token, out);
     case AfterItem:
       return stepAfterItem(token, out);
-    default:
+    default:  // UsedUp
       return SOURCE_END;
   }
 }

@@ -485,6 +485,20 @@ TEST(LinkedListMerge, TakesTheElementsOfAnyList) {
   expectElements(*list, "1 7 8 ", "8 7 1 ");
 }
 
+// A list that tells fewer elements than it has.
+class UnderstatedList : public lvrDLList {
+ public:
+  int getSize() const override { return 1; }
+};
+
+TEST(LinkedListMerge, TakesAllThatTheOtherListsCursorFinds) {
+  LinkedList const list;
+  test::Held<UnderstatedList> const other;
+  append(*other, {1, 2, 3});
+  EXPECT_TRUE(list->merge(*other));
+  expectElements(*list, "1 2 3 ", "3 2 1 ");
+}
+
 TEST(LinkedListMerge, SharesTheElementsAndKeepsNoHoldOnTheOtherList) {
   lvArg const value = string("value");
   LinkedList const list;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
+#include <cstddef>
 #include <string>
 #include <thread>
 #include <type_traits>
@@ -10,6 +11,7 @@
 
 #include "support/CellWords.h"
 #include "support/Cells.h"
+#include "support/StringTable.h"
 #include "tarselvalues/core/lvString.h"
 
 namespace {
@@ -188,6 +190,44 @@ TEST_F(ReferencableRemoveRef, BelowZeroCountsOn) {
   EXPECT_EQ(probe.__removeRef(), 0);
   EXPECT_EQ(countOf(probe), -2);
   EXPECT_EQ(log.finalized, 0);
+}
+
+// Answers what an interned string answers to stay alive.
+class Refusing : public Probe {
+ public:
+  using Probe::Probe;
+  int finalize() override {
+    Probe::finalize();
+    return FinalizeRefused;
+  }
+};
+
+TEST_F(ReferencableRemoveRef, DeletesAPlainObjectWhateverItsFinalizeAnswers) {
+  { lvArg const cell(*new Refusing(log)); }
+  EXPECT_EQ(log.finalized, 1);
+  EXPECT_EQ(log.destroyed, 1);
+}
+
+// One of a chain of objects, each of which holds the next.
+class Link : public lvReferencable {
+ public:
+  explicit Link(lvArg const& held) : next(held) {}
+
+ private:
+  lvArg next;
+};
+
+TEST_F(ReferencableRemoveRef, EndsAStringThatIsHeldAtAnyDepth) {
+  std::size_t const before = test::entryCount();
+  for (int depth = 0; depth < 150; ++depth) {
+    lvArg chain = lvString("at the end of a chain");
+    for (int i = 0; i < depth; ++i) {
+      chain = lvArg(*new Link(chain));
+    }
+    EXPECT_EQ(test::entryCount(), before + 1);
+    chain.setNil();
+    EXPECT_EQ(test::entryCount(), before) << depth;
+  }
 }
 
 TEST_F(ReferencableRemoveRef, UnlocksTheMutex) {

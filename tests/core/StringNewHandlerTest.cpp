@@ -108,4 +108,16 @@ TEST_F(StringNewHandler, MayReleaseAnEntryWhileTwoTextsAreJoined) {
   EXPECT_EQ(test::entriesWith(texts[1]), 1);
 }
 
+TEST_F(StringNewHandler, MayInternTheVeryTextThatIsBeingJoined) {
+  lvString const head(texts[1].substr(0, 3).c_str());
+  lvString other;
+  handled = [&] { other = lvString(texts[1].c_str()); };
+  std::set_new_handler(handle);
+  failsNext = true;
+  lvString const made = head + texts[1].substr(3).c_str();
+  EXPECT_TRUE(other.eq(made));
+  EXPECT_EQ(test::entriesWith(texts[1]), 1);
+  EXPECT_EQ(test::countOf(made), 2);
+}
+
 }  // namespace

@@ -214,6 +214,15 @@ TEST(StringTableFind, ComparesBytesBehindNulToo) {
   handleOf(*other);
 }
 
+TEST(StringTableFind, PassesAnEntryByWhoseTextWasReleasedByHand) {
+  lvString const emptied("released by hand");
+  static_cast<Entry&>(*emptied.getReferencable()).releaseData();
+  lvString const fresh("released by hand");
+  EXPECT_NE(entryOf(fresh), entryOf(emptied));
+  EXPECT_STREQ(fresh, "released by hand");
+  EXPECT_STREQ(emptied, "");
+}
+
 TEST(StringTableFind, FindsTheEmptyTextByAnyPointerAndHash) {
   lvString const empty("");
   TableLock const lock;

@@ -81,6 +81,31 @@ TEST(ClassRegistryMemory, MissingInTheFirstCallIsMadeUpForByTheNext) {
   EXPECT_EXIT(getInstanceTwice(3 + 7), testing::ExitedWithCode(EXIT_FAILURE), "");
 }
 
+lvtClassRegistry* askedFor = nullptr;
+
+// A std::new_handler that finds memory, and asks for the registry that is being made just then.
+void askForTheRegistry() {
+  std::set_new_handler(nullptr);
+  Mallocs::failAfter = Mallocs::Never;
+  askedFor = lvtClassRegistry::getInstance();
+}
+
+void getInstanceWhileItIsMade(int allocations) {
+  std::set_new_handler(askForTheRegistry);
+  OutOfMemory const without(allocations);
+  lvtClassRegistry* const registry = lvtClassRegistry::getInstance();
+  bool const isWhole = namesIn(*registry) == AllNames;
+  std::exit(isWhole && askedFor == registry ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
+TEST(ClassRegistryMemory, MissingMayBeFoundByAHandlerThatAsksForTheRegistry) {
+  // The third allocation, of the room in the set, has no handler.
+  for (int const allocations : {0, 1, 3, 4, 5, 6, 7, 8, 9}) {
+    EXPECT_EXIT(getInstanceWhileItIsMade(allocations), testing::ExitedWithCode(EXIT_SUCCESS), "")
+        << allocations;
+  }
+}
+
 // Asks once more when all that the first call could have left to the exit handlers has run.
 void getInstanceLate() {
   std::atexit([] {

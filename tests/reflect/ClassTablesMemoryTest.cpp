@@ -63,6 +63,13 @@ TEST(ClassTablesMemory, MissingForTheArrayLeavesTheClassWithoutIt) {
   EXPECT_NE(test::tablesOf(described), nullptr);
 }
 
+TEST(ClassTablesMemory, MissingForNoEntriesKeepsNoTableFromBeingMade) {
+  lvrClass& described = keptClass();
+  EXPECT_FALSE(failsAfter(2, [&] { return described.needOffsetTable(Fields, 0, nullptr); }));
+  EXPECT_NE(tableOf(described, Fields), nullptr);
+  EXPECT_EQ(described.getNItems(Fields), 0);
+}
+
 TEST(ClassTablesMemory, MissingForANewTableLeavesTheClassAsItWas) {
   for (int after = 0; after < 3; ++after) {  // The array, the table, its entries.
     lvrClass& described = keptClass();

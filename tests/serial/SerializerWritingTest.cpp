@@ -301,6 +301,17 @@ TEST(SerializeMap, WalksAMapOfTheUsersOwn) {
             " enter(32,2) put(1) put(nil) leave leave");
 }
 
+// A map that nobody can walk.
+class ClosedMap : public lvrHashMap {
+ public:
+  ClosedMap() : lvrHashMap(1) { lvrHashMap::put(integer(1), integer(2)); }
+  lviRealMapEnumerator* getEnumerator() const override { return nullptr; }
+};
+
+TEST(SerializeMap, IsAnEmptyLevelWhereTheMapHasNoCursor) {
+  EXPECT_EQ(map(*new ClosedMap), "0: enter(24,1) leave");
+}
+
 TEST(SerializeMap, AsksForTheInterfaceAndNotForTheTag) {
   lvArg const plain(*new test::PairMap({}, lvReferencable::ObjectKind));
   EXPECT_EQ(map(plain), "0: enter(24,700) leave");

@@ -406,6 +406,15 @@ TEST_F(WriterOutputQuotedString, OfACountWritesSoManyBytes) {
   EXPECT_EQ(place.text(), "ab%3A");
 }
 
+TEST_F(WriterOutputQuotedString, TakesANullForAnEmptyText) {
+  for (int const count : {-1, 0, 5}) {
+    Place place(20);
+    EXPECT_EQ(writer.outputQuotedString(&place.cursor, &place.room, nullptr, count), 0);
+    EXPECT_EQ(place.text(), "");
+    EXPECT_EQ(place.room, 20);
+  }
+}
+
 TEST_F(WriterOutputQuotedString, ReadsNoFurtherThanTheCount) {
   Place place(20);
   std::unique_ptr<char[]> const unterminated(new char[3]{'a', 'b', 'c'});

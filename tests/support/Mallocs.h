@@ -41,7 +41,12 @@ struct Mallocs {
     failAfter -= failAfter > 0 ? 1 : 0;
     return false;
   }
+
+  // Behind all exit handlers: what counts the lines that were run needs memory to write that down.
+  ~Mallocs() { failAfter = Never; }
 };
+
+inline Mallocs const mallocsOfTheProgram;
 
 // Has the calls fail, after so many, until it is left.
 class OutOfMemory {
@@ -79,11 +84,16 @@ void __wrap_free(void* block) {
 }
 
 void* operator new(std::size_t size) {
-  void* const block = __wrap_malloc(size != 0 ? size : 1);
-  if (block == nullptr) {
-    throw std::bad_alloc();
+  for (;;) {
+    if (void* const block = __wrap_malloc(size != 0 ? size : 1)) {
+      return block;
+    }
+    std::new_handler const handler = std::get_new_handler();
+    if (handler == nullptr) {
+      throw std::bad_alloc();
+    }
+    handler();
   }
-  return block;
 }
 void* operator new[](std::size_t size) { return operator new(size); }
 void operator delete(void* block) noexcept { __wrap_free(block); }
