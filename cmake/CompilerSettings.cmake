@@ -26,3 +26,13 @@ if(TARSELVALUES_SANITIZE)
                       -fno-sanitize-recover=all)
   add_link_options("-fsanitize=${TARSELVALUES_SANITIZE}")
 endif()
+
+# Counters go into the code of the library, which is also what its headers leave in other programs.
+if(TARSELVALUES_COVERAGE)
+  add_compile_definitions(TARSELVALUES_COVERAGE)
+  string(REGEX REPLACE "([][+.*()^$|?])" "\\\\\\1" source_pattern "${PROJECT_SOURCE_DIR}")
+  add_compile_options(--coverage -fprofile-update=atomic
+                      "-fprofile-filter-files=${source_pattern}/tarselvalues/.*")
+  # Each program and library has counters of its own, or one would keep another loaded.
+  add_link_options(--coverage "LINKER:--exclude-libs,libgcov.a")
+endif()

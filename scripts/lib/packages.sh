@@ -15,8 +15,20 @@ packages_for_check=(
   clang-tidy
   g++
   g++-i686-linux-gnu
+  gcovr
   googletest
+  python3
   valgrind
+)
+
+packages_for_coverage=(
+  ccache
+  cmake
+  g++
+  gcovr
+  googletest
+  ninja-build
+  python3
 )
 
 packages_for_fuzz=(
