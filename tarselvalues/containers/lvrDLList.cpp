@@ -1,5 +1,6 @@
 #include "tarselvalues/containers/lvrDLList.h"
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -14,6 +15,9 @@ using Node = lvrDLList::lvrDLListNode;
 constexpr int NotFound = -1;
 constexpr int Removed = 0;
 constexpr int Append = -1;
+
+// How many elements a search by predicate shows at least, if predicates keep on adding them.
+constexpr std::int64_t LeastToShow = 65536;
 
 // The direction of the next search of any list; any thread may disturb it.
 std::atomic<bool> searchFromTail{false};
@@ -134,7 +138,8 @@ bool lvrDLList::insert(lvArg const& value, int index) {
   if (position < 0 || position > count) {
     return false;
   }
-  linkAfter(new Node(value), position > 0 ? nodeAt(position - 1) : nullptr);
+  auto* const made = new Node(value);
+  linkAfter(made, position > 0 ? nodeAt(position - 1) : nullptr);
   return true;
 }
 
@@ -189,11 +194,11 @@ bool lvrDLList::merge(lviList const& other) {
   if (head != nullptr && tail == nullptr) {
     return false;
   }
-  if (other.getSize() == 0) {
-    return false;
-  }
   tarselvalues::KeptAlive const self(*this);
   int const size = other.getSize();
+  if (size == 0) {
+    return false;
+  }
   lvListEnumerator const element(other);
   for (int merged = 0; element.getCursor() != nullptr && element->gotoNext(); ++merged) {
     if (merged >= size && other.getSize() != size) {
@@ -282,7 +287,7 @@ bool lvrDLList::IteratorLogic::gotoMatching(lviRealListEnumerator::Predicate* pr
                                             bool backward) {
   // `pred` may add an element each time, or move the cursor back. From a negative gotoIndex() on the
   // way leads over the list up to twice.
-  std::int64_t left = 2 * std::int64_t{list->count};
+  std::int64_t left = std::max(LeastToShow, 2 * std::int64_t{list->count});
   for (; (backward ? gotoPrevious() : gotoNext()) && left > 0; --left) {
     if (pred(getValue(), ctx)) {
       return true;

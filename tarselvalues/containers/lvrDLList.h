@@ -16,9 +16,9 @@
 // Cursors:   a cursor whose element is taken away stands on the element that has its position when
 //            the cursor is next used, or after the last one. It never reads a freed node.
 // Callbacks: elements that are released, predicates, and the cursor of a list that is merged may
-//            change the list, or drop its last reference: it then lives until the operation is
-//            over. gotoNextMatching() and gotoPreviousMatching() show at most twice as many
-//            elements as the list had when they began, whatever the predicate adds.
+//            change the list, or drop its last reference. However many elements a predicate adds,
+//            gotoNextMatching() and gotoPreviousMatching() end when they have shown it 65,536, or
+//            twice as many as the list had at first if that is more.
 // Layout:    on 32-bit ARM: count 40, head 44, tail 48, size 52.
 #pragma once
 

@@ -18,10 +18,10 @@
 //            cursor away. The cursor then goes on with the next bucket, or stops early; it never
 //            reads a freed entry. New entries may or may not be met.
 // Callbacks: keys that are hashed or compared, and what is released, may change the map, or drop
-//            its last reference: it then lives until the operation is over. A search goes on from
-//            the entry that was compared, looks at no more entries than the map had when it began,
-//            and ends when that entry goes: it may miss a key, and put() may then add that once
-//            more. Whatever a key throws leaves the map as it was.
+//            its last reference. A search goes on from the entry that was compared, looks at no
+//            more entries than the map had when it began, and ends when that entry goes: it may
+//            miss a key, and put() may then add that once more. Whatever a key throws leaves the
+//            map as it was.
 // Life:      finalize() frees everything; the destructor itself frees nothing.
 // Layout:    on 32-bit ARM: count 40, hashSize 44, buckets 48, spareEntry 52, hashSum 56, size 60.
 #pragma once

@@ -132,12 +132,13 @@ int lvrSortedArrayList::compareTo(lvReferencable const& other) const {
   if (list == nullptr) {
     return NoSortedList;
   }
-  if (list->getSize() != count) {
-    return list->getSize() - count;
-  }
   tarselvalues::KeptAlive const self(*this);
   tarselvalues::KeptAlive const source(other);
   int const size = count;
+  int const theirSize = list->getSize();
+  if (theirSize != size || size == 0) {
+    return theirSize - size;
+  }
   lvSortedListEnumerator const theirs(*list, 0);
   for (int i = 0; i < size; ++i) {
     lvArg theirValue;  // By itself: making it may change this list.

@@ -17,12 +17,12 @@
 // Cursors:   read through the list by position: they see every change, and nil where there is no
 //            element any more. For that they have a pointer to the list.
 // Callbacks: elements that are compared or released, and the cursors of another list, may change
-//            the list, or drop its last reference, or that of the other: they then live until the
-//            operation is over. A search goes on in the positions that it had left and ends where
-//            they are gone; add() may then insert out of order. During addAll() the list is empty
-//            for them, and what they add to it is released at the end. A list that grows while it
-//            is merged or looked for is done with at the size that it had. Whatever an element
-//            throws leaves the list as it was; out of addAll(), with some of the new elements.
+//            the list, or drop its last reference, or that of the other. A search goes on in the
+//            positions that it had left and ends where they are gone; add() may then insert out of
+//            order. During addAll() the list is empty for them, and what they add to it is released
+//            at the end. A list that grows while it is merged or looked for is done with at the
+//            size that it had. Whatever an element throws leaves the list as it was; out of
+//            addAll(), with some of the new elements.
 // Layout:    on 32-bit ARM: array 36, count 40, capacity 44, growStep 48 (24 bits), allowDuplicates
 //            51, size 52.
 #pragma once

@@ -10,10 +10,9 @@
 // Ownership: the stack holds references to its elements.
 // Threads:   one thread at a time per stack.
 // Errors:    out of memory is std::bad_alloc and leaves the stack as it was.
-// Callbacks: elements that are hashed or released may change the stack, or drop its last reference:
-//            it then lives until the operation is over. A hash counts what is gone as nil, and is
-//            computed again if the stack was changed meanwhile. Whatever an element throws leaves
-//            the stack as it was.
+// Callbacks: elements that are hashed or released may change the stack, or drop its last reference.
+//            A hash counts what is gone by then as nil. Whatever an element throws leaves the stack
+//            as it was.
 // Life:      finalize() frees everything.
 // Layout:    on 32-bit ARM: elements 40, alloced 44, count 46, flags 48, hashCache 52, size 56.
 #pragma once

@@ -13,9 +13,9 @@
 // Cursors:   read through the set by position: they see every change, and nil where there is no
 //            pair any more.
 // Callbacks: keys that are compared, and what is released, may change the set, or drop its last
-//            reference: it then lives until the operation is over. A search goes on in the
-//            positions that it had left and ends where they are gone; put() may then insert out of
-//            order. Whatever a key throws leaves the set as it was.
+//            reference. A search goes on in the positions that it had left and ends where they are
+//            gone; put() may then insert out of order. Whatever a key throws leaves the set as it
+//            was.
 // Class key: deliberate: getClassDesc() answers "Referencable", though the class registry knows the
 //            class as "TupleSet".
 // Layout:    on 32-bit ARM: entries 40, count 44, allocated 48, increment 52 (24 bits),

@@ -14,10 +14,9 @@
 // Cursors:   hold a position, not an element: they see every change, and read nil where there is no
 //            element any more.
 // Callbacks: elements that are hashed, compared or released may change the vector, or drop its last
-//            reference: it then lives until the operation is over. A search goes on with the next
-//            position; a hash counts what is gone as nil, and is computed again if the vector was
-//            changed meanwhile. Whatever an element throws leaves the vector as it was. A cursor
-//            that its predicate moves shows at most as many elements as a vector may have.
+//            reference. A search goes on with the next position; a hash counts what is gone by then
+//            as nil. Whatever an element throws leaves the vector as it was. A cursor that its
+//            predicate moves shows at most as many elements as a vector may have.
 // Life:      finalize() frees everything; the destructor itself frees nothing.
 // Layout:    on 32-bit ARM: elements 40, alloced 44, start 46, count 48, flags 50, hashCache 52,
 //            size 56.

@@ -69,7 +69,8 @@ bool mayRunProgram(lvReferencable const& object) {
 
 KeptAlive::KeptAlive(lvReferencable const& kept) noexcept : object(nullptr) {
   ObjectLock const guard(kept.mutex_);
-  if (kept.count_ > 0) {
+  // Below 0, but not at its end, is an interned string that was found again.
+  if (kept.count_ != 0 && kept.count_ != lvReferencable::DyingCount) {
     ++kept.count_;
     object = &kept;
   }

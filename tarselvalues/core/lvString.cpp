@@ -254,9 +254,10 @@ lvString::lvString(lvArg const& value) {
   if (string->isInterned()) {
     assignFast(value);
   } else {
-    lvArg const held(*string);  // Its own hash may run a function of the program that lets it go.
-    internFast(string->getText(), string->getKnownLength(), lvrString::CopyAndOwnEmpty,
-               string->hashCode());
+    // The hash first: it may be a function of the program that lets the string go, or its text.
+    lvArg const held(*string);
+    unsigned int const hash = string->hashCode();
+    internFast(string->getText(), string->getKnownLength(), lvrString::CopyAndOwnEmpty, hash);
   }
 }
 
