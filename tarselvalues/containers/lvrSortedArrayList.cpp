@@ -401,7 +401,7 @@ lvrSortedArrayList::BaseEnumerator::BaseEnumerator(lvrSortedArrayList const& lis
 
 void lvrSortedArrayList::BaseEnumerator::setPosition(int position) {
   index = std::min(position, count);
-  current = position <= count && array != nullptr ? array + index : nullptr;
+  current = position <= count ? array + index : nullptr;
 }
 
 // Where the cursor stands in the list as it is now.

@@ -5,16 +5,21 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <random>
 #include <string>
 #include <tuple>
+#include <vector>
 
-#include "support/MapReading.h"
+#include "support/Nodes.h"
 #include "support/Objects.h"
+#include "support/Pairs.h"
 #include "support/SortedLists.h"
+#include "support/Stacks.h"
 #include "tarselvalues/containers/lvListEnumerator.h"
 #include "tarselvalues/containers/lvSortedListEnumerator.h"
 #include "tarselvalues/core/lvrString.h"
@@ -23,6 +28,10 @@ namespace {
 
 using test::Held;
 using test::integer;
+using test::ListLayout;
+using test::SetLayout;
+using test::StackLayout;
+using test::VectorLayout;
 
 constexpr int Steps = 10000;
 constexpr int Ranks = 12;
@@ -106,6 +115,29 @@ class TextItem : public lvrString {
   }
 };
 
+// The objects in some cells, each as often as there are cells with it.
+class Objects {
+ public:
+  void note(lvArg const& cell) {
+    if (cell.getReferencable() != nullptr) {
+      objects_.push_back(cell.getReferencable());
+    }
+  }
+
+  // Expects that no one else holds any of them.
+  void checkCounts() {
+    std::sort(objects_.begin(), objects_.end(), std::less<>());
+    for (auto first = objects_.begin(); first != objects_.end();) {
+      auto const end = std::upper_bound(first, objects_.end(), *first, std::less<>());
+      ASSERT_EQ(test::countOf(**first), end - first);
+      first = end;
+    }
+  }
+
+ private:
+  std::vector<lvReferencable const*> objects_;
+};
+
 // One walk: a container, cursors over it, and random changes from outside and from within.
 class CallbacksWalk : public ::testing::TestWithParam<unsigned>, private Actor {
  protected:
@@ -116,6 +148,8 @@ class CallbacksWalk : public ::testing::TestWithParam<unsigned>, private Actor {
   virtual void change() = 0;
   // Expects that the container agrees with itself.
   virtual void check() = 0;
+  // Notes the objects in all cells of the container, and in those of the test.
+  virtual void noteAll(Objects& objects) const = 0;
   // Lets go of all that holds an item.
   virtual void end() = 0;
 
@@ -126,6 +160,7 @@ class CallbacksWalk : public ::testing::TestWithParam<unsigned>, private Actor {
       change();
       current = nullptr;
       check();
+      checkCounts();
       if (HasFailure()) {
         return;
       }
@@ -168,12 +203,13 @@ class CallbacksWalk : public ::testing::TestWithParam<unsigned>, private Actor {
     }
   }
 
-  static bool isKnown(lvArg const& cell) {
-    lvReferencable const* const object = cell.getReferencable();
-    return object == nullptr || test::countOf(*object) > 0;
+ private:
+  void checkCounts() const {
+    Objects objects;
+    noteAll(objects);
+    objects.checkCounts();
   }
 
- private:
   void act() override {
     if (depth_ < DeepestAct && random_() % OneActsIn == 0) {
       ++acts_;
@@ -244,10 +280,17 @@ class HashMapCallbacksWalk : public CallbacksWalk {
     for (lvMapEnumerator entry(*map); entry->next(); ++entries) {
       hash += 9563891U * entry->getKey().hashCode();
       ASSERT_FALSE(entry->getValue().isNil());
-      ASSERT_TRUE(isKnown(entry->getKey()));
     }
     ASSERT_EQ(entries, map->getSize());
     ASSERT_EQ(hash, map->hashCode());
+  }
+
+  void noteAll(Objects& objects) const override {
+    objects.note(old);
+    for (lvMapEnumerator entry(*map); entry->next();) {
+      objects.note(entry->getKey());
+      objects.note(entry->getValue());
+    }
   }
 
   void end() override {
@@ -312,12 +355,21 @@ class TupleSetCallbacksWalk : public CallbacksWalk {
   void check() override {
     int pairs = 0;
     for (lvMapEnumerator pair(*set); pair->next(); ++pairs) {
-      ASSERT_TRUE(isKnown(pair->getKey()));
-      ASSERT_TRUE(isKnown(pair->getValue()));
       ASSERT_TRUE(pair->getKey().eq(set->getKey(pairs)));
     }
     ASSERT_EQ(pairs, set->getSize());
-    ASSERT_TRUE(set->getKey(pairs).isNil());
+    for (int unused = pairs; unused < SetLayout::allocated(*set); ++unused) {
+      ASSERT_TRUE(SetLayout::entries(*set)[unused].key.isNil());
+      ASSERT_TRUE(SetLayout::entries(*set)[unused].value.isNil());
+    }
+  }
+
+  void noteAll(Objects& objects) const override {
+    objects.note(old);
+    for (int i = 0; i < set->getSize(); ++i) {
+      objects.note(SetLayout::entries(*set)[i].key);
+      objects.note(SetLayout::entries(*set)[i].value);
+    }
   }
 
   void end() override {
@@ -391,12 +443,16 @@ class ListCallbacksWalk : public CallbacksWalk {
   static void checkElements(lviList const& list) {
     int elements = 0;
     for (lvListEnumerator element(list); element->gotoNext(); ++elements) {
-      ASSERT_TRUE(isKnown(element->getValue()));
       ASSERT_TRUE(element->getValue().eq(list.at(elements)));
       ASSERT_EQ(element->getIndex(), elements);
     }
     ASSERT_EQ(elements, list.getSize());
-    ASSERT_TRUE(list.at(elements).isNil());
+  }
+
+  static void noteElements(lviList const& list, Objects& objects) {
+    for (lvListEnumerator element(list); element->gotoNext();) {
+      objects.note(element->getValue());
+    }
   }
 };
 
@@ -449,8 +505,14 @@ class VectorCallbacksWalk : public ListCallbacksWalk {
 
   void check() override {
     checkElements(*vector);
-    ASSERT_GE(lvLayoutAccess<lvrVector>::alloced(*vector), vector->getSize());
+    int used = 0;  // No element is nil.
+    for (int i = 0; i < VectorLayout::alloced(*vector); ++i) {
+      used += VectorLayout::elements(*vector)[i].isNil() ? 0 : 1;
+    }
+    ASSERT_EQ(used, vector->getSize());
   }
+
+  void noteAll(Objects& objects) const override { noteElements(*vector, objects); }
 
   void end() override {
     letGo(cursors);
@@ -508,7 +570,17 @@ class LinkedListCallbacksWalk : public ListCallbacksWalk {
     }
   }
 
-  void check() override { checkElements(*list); }
+  void check() override {
+    checkElements(*list);
+    test::Node const* before = nullptr;
+    for (auto const* node = ListLayout::head(*list); node != nullptr; node = node->next) {
+      ASSERT_EQ(node->prev, before);
+      before = node;
+    }
+    ASSERT_EQ(ListLayout::tail(*list), before);
+  }
+
+  void noteAll(Objects& objects) const override { noteElements(*list, objects); }
 
   void end() override {
     letGo(cursors);
@@ -571,12 +643,17 @@ class StackCallbacksWalk : public CallbacksWalk {
   }
 
   void check() override {
-    for (int depth = 0; depth < stack->getSize(); ++depth) {
-      ASSERT_TRUE(isKnown(stack->peek(depth)));
-    }
-    ASSERT_TRUE(stack->peek(stack->getSize()).isNil());
     ASSERT_EQ(stack->isEmpty(), stack->getSize() == 0);
-    ASSERT_GE(lvLayoutAccess<lvrStack>::alloced(*stack), stack->getSize());
+    ASSERT_GE(StackLayout::alloced(*stack), stack->getSize());
+    for (int unused = stack->getSize(); unused < StackLayout::alloced(*stack); ++unused) {
+      ASSERT_TRUE(StackLayout::elements(*stack)[unused].isNil());
+    }
+  }
+
+  void noteAll(Objects& objects) const override {
+    for (int i = 0; i < stack->getSize(); ++i) {
+      objects.note(StackLayout::elements(*stack)[i]);
+    }
   }
 
   void end() override { stack->finalize(); }
@@ -642,12 +719,18 @@ class SortedListCallbacksWalk : public CallbacksWalk {
     for (auto const& list : lists) {
       int elements = 0;
       for (lvSortedListEnumerator element(*list, 0); element->hasNext(); ++elements) {
-        lvArg const value = element->next();
-        ASSERT_TRUE(isKnown(value));
-        ASSERT_TRUE(value.eq(list->get(elements)));
+        ASSERT_TRUE(element->next().eq(list->get(elements)));
       }
       ASSERT_EQ(elements, list->getSize());
       ASSERT_TRUE(test::isRestNil(*list));
+    }
+  }
+
+  void noteAll(Objects& objects) const override {
+    for (auto const& list : lists) {
+      for (int i = 0; i < list->getSize(); ++i) {
+        objects.note(list->get(i));
+      }
     }
   }
 

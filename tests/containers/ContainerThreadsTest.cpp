@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -10,7 +11,9 @@
 #include "support/Together.h"
 #include "tarselvalues/containers/lvrDLList.h"
 #include "tarselvalues/containers/lvrHashMap.h"
+#include "tarselvalues/containers/lvrTupleSet.h"
 #include "tarselvalues/containers/lvrVector.h"
+#include "tarselvalues/core/lvrString.h"
 
 namespace {
 
@@ -19,6 +22,7 @@ using test::Held;
 using test::integer;
 
 constexpr int Rounds = 300;
+constexpr int Keys = 8;
 
 // The number of threads; with 1 the same work runs without any.
 class ContainersOfThreads : public ::testing::TestWithParam<int> {
@@ -89,6 +93,58 @@ TEST_P(ContainersOfThreads, CountTheCursorsOfAllThreads) {
   EXPECT_EQ(countOf(*map), 1);
   EXPECT_EQ(countOf(*vector), 1);
   EXPECT_EQ(countOf(*list), 1);
+}
+
+// A string that equals others with the same rank.
+class Key : public lvrString {
+ public:
+  explicit Key(int rank) : rank_(rank) {}
+
+  unsigned int hashCode() const override { return static_cast<unsigned>(rank_); }
+  int equiv(lvReferencable const& other) const override { return compareTo(other) == 0 ? 1 : 0; }
+  int compareTo(lvReferencable const& other) const override {
+    return rank_ - dynamic_cast<Key const&>(other).rank_;
+  }
+
+ private:
+  int const rank_;
+};
+
+std::vector<lvArg> newKeys() {
+  std::vector<lvArg> keys;
+  for (int rank = 0; rank < Keys; ++rank) {
+    keys.emplace_back(*new Key(rank));
+  }
+  return keys;
+}
+
+// Each key under its rank.
+template <class Map>
+void fill(Map& map, std::vector<lvArg> const& keys) {
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    map.put(keys[i], integer(static_cast<int>(i)));
+  }
+}
+
+TEST_P(ContainersOfThreads, HashAndCompareTheSameKeys) {
+  std::vector<lvArg> const keys = newKeys();
+  std::vector<lvArg> const equalKeys = newKeys();
+  test::runTogether(threads(), [&](int /*thread*/) {
+    Held<lvrHashMap> const map(3U);
+    fill(*map, keys);
+    Held<lvrTupleSet> const set(Keys, 1U, 0U);
+    fill(*set, keys);
+    for (int i = 0; i < Rounds; ++i) {
+      int const rank = i % Keys;
+      lvArg const& searched = equalKeys[static_cast<std::size_t>(rank)];
+      ASSERT_EQ(map->get(searched).getInt(), rank);
+      ASSERT_EQ(set->get(searched).getInt(), rank);
+    }
+  });
+  for (int rank = 0; rank < Keys; ++rank) {
+    EXPECT_EQ(countOf(keys[static_cast<std::size_t>(rank)]), 1) << rank;
+    EXPECT_EQ(countOf(equalKeys[static_cast<std::size_t>(rank)]), 1) << rank;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Threads, ContainersOfThreads, ::testing::Values(1, 4));

@@ -122,6 +122,67 @@ TEST(DeepRelease, NestsTheEndOfAChildInThatOfItsHolderDownToAHundredLevels) {
   EXPECT_EQ(expected + std::string(OrdinaryDepth, '>'), log);
 }
 
+// What goes after the container that derives from it.
+class LogsItsEnd {
+ public:
+  explicit LogsItsEnd(std::string& target) : log(target) {}
+  ~LogsItsEnd() { log += '>'; }
+
+ protected:
+  std::string& log;
+};
+
+// A container that writes "[" when it is finalized, and ">" when all of it is gone.
+template <class Container>
+class MarkingContainer : private LogsItsEnd, public Container {
+ public:
+  template <class... Arguments>
+  explicit MarkingContainer(std::string& target, Arguments... arguments)
+      : LogsItsEnd(target), Container(arguments...) {}
+  int finalize() override {
+    log += '[';
+    return Container::finalize();
+  }
+};
+
+template <class Container, class... Arguments>
+void expectNestedEnds(void (*put)(Container&, lvArg const&), Arguments... arguments) {
+  constexpr int depth = OrdinaryDepth - 10;
+  std::string log;
+  lvArg value = test::logging(log, "*");
+  for (int i = 0; i < depth; ++i) {
+    auto* const outer = new MarkingContainer<Container>(log, arguments...);
+    lvArg const holder(*outer);
+    put(*outer, value);
+    value = holder;
+  }
+  value.setNil();
+  EXPECT_EQ(std::string(depth, '[') + '*' + std::string(depth, '>'), log);
+}
+
+TEST(DeepRelease, NestsTheEndOfAnElementInThatOfItsHolder) {
+  expectNestedEnds<lvrVector>([](lvrVector& outer, lvArg const& held) { outer.insert(held, -1); },
+                              1);
+  expectNestedEnds<lvrStack>([](lvrStack& outer, lvArg const& held) { outer.push(held); }, 1);
+  expectNestedEnds<lvrDLList>([](lvrDLList& outer, lvArg const& held) { outer.insert(held, -1); });
+  expectNestedEnds<lvrSortedArrayList>(
+      [](lvrSortedArrayList& outer, lvArg const& held) { outer.add(held); }, 1U);
+}
+
+TEST(DeepRelease, NestsTheEndOfAValueInThatOfItsMap) {
+  expectNestedEnds<lvrHashMap>(
+      [](lvrHashMap& outer, lvArg const& held) { outer.put(test::integer(1), held); }, 1U);
+  expectNestedEnds<lvrTupleSet>(
+      [](lvrTupleSet& outer, lvArg const& held) { outer.put(test::integer(1), held); }, 1, 1U, 0U);
+}
+
+TEST(DeepRelease, NestsTheEndOfAKeyInThatOfItsMap) {
+  expectNestedEnds<lvrHashMap>(
+      [](lvrHashMap& outer, lvArg const& held) { outer.put(held, test::integer(1)); }, 1U);
+  expectNestedEnds<lvrTupleSet>(
+      [](lvrTupleSet& outer, lvArg const& held) { outer.put(held, test::integer(1)); }, 1, 1U, 0U);
+}
+
 TEST(DeepRelease, EndsEveryObjectOnceAtAnyDepth) {
   std::string log;
   lvArg value = chainOf(1000, log);

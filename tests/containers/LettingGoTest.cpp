@@ -278,7 +278,7 @@ void add(lvrSortedArrayList& list, lvArg const& value) { list.add(value); }
 template <class Container, class... Arguments>
 void expectToGoWhenItIsFinalized(Arguments... arguments) {
   OnlyHeld<Container> container(arguments...);
-  add(*container, container.letsGo());
+  add(*container, container.letsGoTooEarly());
   EXPECT_EQ(container->finalize(), 0);
   EXPECT_TRUE(container.isGone());
 }

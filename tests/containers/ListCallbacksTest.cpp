@@ -24,6 +24,7 @@ using test::elementsOf;
 using test::fromTop;
 using test::Held;
 using test::integer;
+using test::OnlyHeld;
 using test::pushEach;
 using test::string;
 using test::VectorLayout;
@@ -192,13 +193,12 @@ TYPED_TEST(WhileHashing, KeepsAContainerThatIsTakenOutOfTheOneHashed) {
 // --- The vector ----------------------------------------------------------------------------------
 
 TEST(VectorThatItsOwnElementLetsGo, LivesUntilClearIsOver) {
-  auto& vector = *new lvrVector(3);
-  lvArg holder(vector);
+  OnlyHeld<lvrVector> vector(3);
   lvArg const other = string("other");
-  vector.insert(acting([&holder] { holder.setNil(); }), -1);
-  vector.insert(other, -1);
-  EXPECT_TRUE(vector.clear());
-  EXPECT_TRUE(holder.isNil());
+  vector->insert(vector.letsGoTooEarly(), -1);
+  vector->insert(other, -1);
+  EXPECT_TRUE(vector->clear());
+  EXPECT_TRUE(vector.isGone());
   EXPECT_EQ(countOf(other), 1);
 }
 

@@ -204,7 +204,7 @@ TEST_F(HashMapWhileComparing, ShowsCursorsOnlyWhatIsLeft) {
   EXPECT_EQ(entriesOf(*map), "'new'=5 ");
 }
 
-TEST(HashMapThatItsOwnValueLetsGo, LivesUntilClearIsOver) {
+TEST(HashMapThatItsOwnValueLetsGo, MayGoInClear) {
   OnlyHeld<lvrHashMap> map(3U);
   lvArg const other = string("other");
   map->put(integer(1), other);
@@ -216,7 +216,7 @@ TEST(HashMapThatItsOwnValueLetsGo, LivesUntilClearIsOver) {
 
 TEST(HashMapThatItsOwnValueLetsGo, LivesUntilItsStorageIsFreed) {
   OnlyHeld<lvrHashMap> map(3U);
-  map->put(integer(1), map.letsGo());
+  map->put(integer(1), map.letsGoTooEarly());
   EXPECT_EQ(map->freeStorage(), 0);
   EXPECT_TRUE(map.isGone());
 }
@@ -367,7 +367,7 @@ TEST_F(TupleSetWhileComparing, KeepsAListThatIsTakenOutWhileItIsCompared) {
 TEST(TupleSetThatItsOwnValueLetsGo, LivesUntilClearIsOver) {
   OnlyHeld<lvrTupleSet> set(3, 1U, 0U);
   lvArg const other = string("other");
-  set->put(integer(1), set.letsGo());
+  set->put(integer(1), set.letsGoTooEarly());
   set->put(integer(2), other);
   EXPECT_EQ(set->clear(), 0);
   EXPECT_TRUE(set.isGone());

@@ -119,6 +119,15 @@ TEST_F(StringWhileHashing, LastsUntilItIsInterned) {
   EXPECT_EQ(textOf(interned), "a text of its own");
 }
 
+TEST(StringInterning, TakesNoTextThatItsOwnHashTakesAway) {
+  for (std::size_t const size : {std::size_t{4}, std::size_t{65535}}) {
+    auto& acts = *new ActingText(std::string(size, 'x'));
+    lvArg const cell(acts);
+    acts.onHash = [&acts] { acts.finalize(); };
+    EXPECT_TRUE(lvString(cell).isNil());
+  }
+}
+
 TEST(StringEquiv, KeepsAPlainStringThatTheOtherOneLetsGo) {
   lvArg plain = string("same");
   auto& acts = *new ActingText("same");

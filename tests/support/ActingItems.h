@@ -125,6 +125,8 @@ class OnlyHeld {
   lvArg letsGo() {
     return acting([this] { cell_.setNil(); });
   }
+  // The same in an operation that keeps the container to its end.
+  lvArg letsGoTooEarly() { return acting(lettingGo()); }
   bool isGone() const { return isGone_; }
 
  private:

@@ -12,11 +12,11 @@ namespace test {
 // Returns the entry with this text, or null. It takes no reference.
 inline lvString::StringEntry const* internedEntry(char const* text) {
   using Table = lvLayoutAccess<lvString::HashTable>;
-  using Entry = lvLayoutAccess<lvString::StringEntry>;
+  using EntryLayout = lvLayoutAccess<lvString::StringEntry>;
   lvString::HashTable const& table = *lvString::getHashTable();
   for (std::uint32_t i = 0; i < Table::bucketCount(table); ++i) {
     for (auto const* entry = Table::bucket(table, i); entry != nullptr;
-         entry = Entry::next(*entry)) {
+         entry = EntryLayout::next(*entry)) {
       if (std::strcmp(entry->getText(), text) == 0) {
         return entry;
       }

@@ -208,7 +208,7 @@ class LinkedListWalk {
       mergeSome();
     } else if (choice < 100) {
       clearBoth();
-    } else if (choice < 165) {
+    } else if (choice < 165 || (choice < 190 && cursor.changing == nullptr)) {
       moveAny(cursor);
     } else if (choice < 190) {
       changeBy(cursor);
@@ -262,13 +262,19 @@ class LinkedListWalk {
   static constexpr int Cursors = 4;
 
   struct Pair {
-    std::unique_ptr<lviRealListRWIterator> real;
+    std::unique_ptr<lviRealListEnumerator> real;
+    lviRealListRWIterator* changing;  // The same, or null if it only reads.
     LinkedListCursorModel model;
   };
 
+  // Every third cursor only reads.
   Pair newPair() {
-    return {std::unique_ptr<lviRealListRWIterator>(list->getListRWIterator()),
-            LinkedListCursorModel(model)};
+    using Real = std::unique_ptr<lviRealListEnumerator>;
+    if (++cursorsMade % 3 == 0) {
+      return {Real(list->getListEnumerator()), nullptr, LinkedListCursorModel(model)};
+    }
+    lviRealListRWIterator* const changing = list->getListRWIterator();
+    return {Real(changing), changing, LinkedListCursorModel(model)};
   }
 
   Id anyCell() { return choices.below(pool.size()); }
@@ -345,10 +351,10 @@ class LinkedListWalk {
 
   void changeBy(Pair& cursor) {
     if (choices.below(2) == 0) {
-      ASSERT_EQ(cursor.real->remove(), cursor.model.remove());
+      ASSERT_EQ(cursor.changing->remove(), cursor.model.remove());
     } else {
       Id const value = anyCell();
-      ASSERT_EQ(cursor.real->insert(pool.cell(value)), cursor.model.insert(value));
+      ASSERT_EQ(cursor.changing->insert(pool.cell(value)), cursor.model.insert(value));
     }
   }
 
@@ -374,6 +380,7 @@ class LinkedListWalk {
   Held<lvrDLList> list;
   LinkedListModel model;
   std::vector<Pair> cursors;
+  int cursorsMade = 0;
 };
 
 }  // namespace test

@@ -141,10 +141,8 @@ class TupleSetWalk {
     WalkingCursor& at = cursors[choices.below(Cursors)];
     int const choice = choices.below(20);
     if (at.cursor == nullptr || choice == 0) {
-      at.cursor.reset(set->getIterator());
-      at.index = -1;
-      at.isOnAPair = false;
-    } else if (choice < 16) {
+      at = newCursor();
+    } else if (choice < 16 || at.changing == nullptr) {
       at.isOnAPair = model.has(++at.index);
       ASSERT_EQ(at.cursor->next(), at.isOnAPair);
     } else if (choice < 18) {
@@ -188,10 +186,23 @@ class TupleSetWalk {
 
   // A cursor, and where it must be.
   struct WalkingCursor {
-    std::unique_ptr<lviRealMapIterator> cursor;
+    std::unique_ptr<lviRealMapEnumerator> cursor;
+    lviRealMapIterator* changing = nullptr;  // The same, unless it only reads.
     int index = -1;
     bool isOnAPair = false;
   };
+
+  // Every third one only reads.
+  WalkingCursor newCursor() {
+    WalkingCursor made;
+    if (++cursorsMade % 3 == 0) {
+      made.cursor.reset(set->getEnumerator());
+    } else {
+      made.changing = set->getIterator();
+      made.cursor.reset(made.changing);
+    }
+    return made;
+  }
 
   Id anyCell() { return choices.below(cells.size()); }
   Id anyValue() { return choices.below(3) == 0 ? RankedCells::Nil : anyCell(); }
@@ -255,7 +266,7 @@ class TupleSetWalk {
     bool const isThere = at.isOnAPair && model.has(at.index);
     int const missing = at.isOnAPair ? -2 : -1;
     Id const expectedOld = isThere ? model.at(at.index).value : RankedCells::Nil;
-    ASSERT_EQ(at.cursor->setValue(cells.cell(value), &old), isThere ? 0 : missing);
+    ASSERT_EQ(at.changing->setValue(cells.cell(value), &old), isThere ? 0 : missing);
     ASSERT_EQ(cells.idOf(old), expectedOld);
     if (isThere && value != RankedCells::Nil) {
       model.at(at.index).value = value;
@@ -268,7 +279,7 @@ class TupleSetWalk {
   void removeThroughCursor(WalkingCursor& at) {
     bool const isThere = at.isOnAPair && model.has(at.index);
     int const missing = at.isOnAPair ? -2 : -1;
-    ASSERT_EQ(at.cursor->remove(), isThere ? 0 : missing);
+    ASSERT_EQ(at.changing->remove(), isThere ? 0 : missing);
     if (isThere) {
       model.remove(at.index);
       at.isOnAPair = model.has(at.index);
@@ -280,6 +291,7 @@ class TupleSetWalk {
   Held<lvrTupleSet> set;
   TupleSetModel model;
   WalkingCursor cursors[Cursors];
+  int cursorsMade = 0;
 };
 
 }  // namespace test
