@@ -16,7 +16,7 @@ using test::Choices;
 
 std::string randomBytes(Choices& dice) {
   std::string text;
-  for (unsigned n = dice.below(40); n > 0; --n) {
+  for (unsigned n = dice.below(40U); n > 0; --n) {
     text += static_cast<char>(dice.below(256));
   }
   return text;
@@ -27,7 +27,7 @@ std::string meaningfulBytes(Choices& dice) {
   static char const meaningful[] = "#()*,-=[]{}\"\"\\%0019anrtxzAFG_ \t\n\0\x7F\x80\xE9\xFF$:";
   static std::string const bytes(meaningful, sizeof(meaningful) - 1);
   std::string text;
-  for (unsigned n = dice.below(40); n > 0; --n) {
+  for (unsigned n = dice.below(40U); n > 0; --n) {
     text += bytes[dice.below(static_cast<unsigned>(bytes.size()))];
   }
   return text;
@@ -41,7 +41,7 @@ std::string tokenSoup(Choices& dice) {
       "4294967295", "4294967296", "9999999999", "\"\"", "\"a b\"",    "\"%41\\n\"",
       "\"%00%\"\"", "\"open",     " ",          "\n",   "99999999999"};
   std::string text;
-  for (unsigned n = dice.below(16); n > 0; --n) {
+  for (unsigned n = dice.below(16U); n > 0; --n) {
     text += dice.pick(tokens);
     text += dice.oneIn(4) ? " " : "";
   }
@@ -60,12 +60,12 @@ std::string validText(Choices& dice, unsigned depth) {
     case 3:
       return "#nil";
     case 4:
-      for (unsigned n = dice.below(4); n > 0; --n) {
+      for (unsigned n = dice.below(4U); n > 0; --n) {
         items += validText(dice, depth - 1) + (n > 1 ? "," : "");
       }
       return "{" + items + "}";
     case 5:
-      for (unsigned n = 1 + dice.below(3); n > 0; --n) {
+      for (unsigned n = 1 + dice.below(3U); n > 0; --n) {
         items += "(k=" + validText(dice, depth - 1) + ")" + (n > 1 ? "," : "");
       }
       return "{" + items + "}";
@@ -76,7 +76,7 @@ std::string validText(Choices& dice, unsigned depth) {
 
 std::string mutatedText(Choices& dice) {
   std::string text = validText(dice, 3);
-  for (unsigned n = dice.below(4); n > 0 && !text.empty(); --n) {
+  for (unsigned n = dice.below(4U); n > 0 && !text.empty(); --n) {
     std::size_t const at = dice.below(static_cast<unsigned>(text.size()));
     std::string const other = dice.oneIn(2) ? meaningfulBytes(dice).substr(0, 1) : "";
     text.replace(at, dice.oneIn(2) ? 1 : 0, other);
@@ -88,12 +88,12 @@ std::string mutatedText(Choices& dice) {
 std::string longString(Choices& dice) {
   static std::vector<std::string> const pieces = {"\\n", "\\\"", "\\\\", "%22", "%\"", "%\\",
                                                   "%4",  "%00",  "%0",   "%z",  "\\%", "%%"};
-  unsigned const rarely = 1 + dice.below(100);
+  unsigned const rarely = 1 + dice.below(100U);
   std::string text(1, '"');
-  for (unsigned n = 480 + dice.below(40); n > 0; --n) {
+  for (unsigned n = 480 + dice.below(40U); n > 0; --n) {
     text += dice.oneIn(rarely) ? dice.pick(pieces) : "a";
   }
-  for (unsigned n = dice.below(300); n > 0; --n) {
+  for (unsigned n = dice.below(300U); n > 0; --n) {
     text += dice.oneIn(3) ? dice.pick(pieces) : "b";
   }
   return text + dice.pick<std::string>({"\"", "", "\\", "%", "\",1", std::string("\0,2", 3)});
@@ -144,7 +144,7 @@ TEST_P(ParserWalk, ReadsTokensAsTheModelDoes) {
 TEST_P(ParserWalk, ReadsTextsThatAreCutAtAnyByteAsTheModelDoes) {
   forTexts(GetParam().texts / 10, [](std::string const& text, Choices& dice) {
     bool const isShort = text.size() <= 120;
-    for (std::size_t size = isShort ? 0 : text.size() - dice.below(20); size <= text.size();
+    for (std::size_t size = isShort ? 0 : text.size() - dice.below(20U); size <= text.size();
          ++size) {
       expectSameReading(text.substr(0, size));
     }
