@@ -106,16 +106,17 @@ class SortedListModel {
   }
 
   // Requires both lists in order and, without duplicates, no nil in `other`. Each element of
-  // `other` goes behind those that are not greater, or in the place of its equal.
+  // `other` goes behind those that are not greater, or in the place of the last one that
+  // is equal: add() can leave several without duplicates, behind its nil at the end.
   void addAll(Ids const& other) {
     hasArray = hasArray || !other.empty();
     Ids result;
     if (!keepsDuplicates_) {
       result = ids;
       for (Id const value : other) {
-        auto const equal = std::find_if(result.begin(), result.end(),
+        auto const equal = std::find_if(result.rbegin(), result.rend(),
                                         [&](Id id) { return order_(id, value) == 0; });
-        if (equal != result.end()) {
+        if (equal != result.rend()) {
           *equal = value;
         } else {
           result.insert(std::upper_bound(result.begin(), result.end(), value, before()), value);
