@@ -276,6 +276,27 @@ TEST(SortedListMergeWithoutDuplicates, ReplacesWhereItMovesThingsToo) {
   EXPECT_EQ(countOf(mine[2]), 2);
 }
 
+// The nil that add() left hides the first element from the search for its equal.
+TEST(SortedListMergeWithoutDuplicates, ReplacesTheLastOfEqualElements) {
+  SortedArray const list(WithoutDuplicates);
+  lvArg const first = string("b");
+  lvArg const last = string("b");
+  list->add(first);
+  list->add(first);
+  ASSERT_EQ(elementsOf(*list), "'b' nil ");
+  list->add(last);
+  list->removeEntry(1);
+  ASSERT_EQ(elementsOf(*list), "'b' 'b' ");
+
+  SortedArray const other(WithDuplicates);
+  lvArg const theirs = string("b");
+  other->add(theirs);
+  EXPECT_EQ(merged(*list, *other), "'b' 'b' ");
+  EXPECT_TRUE(list->get(0).eq(first));
+  EXPECT_TRUE(list->get(1).eq(theirs));
+  EXPECT_EQ(countOf(last), 1);
+}
+
 TEST(SortedListMergeWithoutDuplicates, OfTheListToItselfChangesNothing) {
   Held<lvrSortedArrayList> const list(WithoutDuplicates);
   lvArg const text = string("text");
