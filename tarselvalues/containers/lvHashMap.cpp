@@ -1,6 +1,8 @@
 #include "tarselvalues/containers/lvHashMap.h"
 
 #include "tarselvalues/containers/lvrHashMap.h"
+#include "tarselvalues/containers/lvrTupleSet.h"
+#include "tarselvalues/core/ClassCast.h"
 
 lvHashMap::lvHashMap(int size) {
   setReferencableFast(*new lvrHashMap(static_cast<unsigned int>(size)), MapType);
@@ -12,4 +14,6 @@ lvHashMap::lvHashMap(lvArg const& other) {
   }
 }
 
-lviMap* lvHashMap::getMap() const { return dynamic_cast<lviMap*>(getReferencable()); }
+lviMap* lvHashMap::getMap() const {
+  return tarselvalues::castLikely<lviMap, lvrHashMap, lvrTupleSet>(getReferencable());
+}

@@ -18,7 +18,7 @@ class TARSELVALUES_API lvHashMap : public lvArg {
   lvHashMap(lvArg const& other);  // NOLINT(google-explicit-constructor)
 
   // Borrows the map; null when the handle is nil or what it holds has no map interface.
-  // Costs a run-time type check.
+  // Costs a run-time type check, which is quick for the library's own maps.
   lviMap* getMap() const;
   lviMap* operator->() const { return getMap(); }
 };

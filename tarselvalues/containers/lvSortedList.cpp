@@ -2,11 +2,13 @@
 
 #include "tarselvalues/containers/lvSortedListEnumerator.h"
 #include "tarselvalues/containers/lvSortedListIterator.h"
+#include "tarselvalues/containers/lvrSortedArrayList.h"
+#include "tarselvalues/core/ClassCast.h"
 
 namespace {
 
 lviSortedList* sortedListIn(lvArg const& value) {
-  return dynamic_cast<lviSortedList*>(value.getReferencable());
+  return tarselvalues::castLikely<lviSortedList, lvrSortedArrayList>(value.getReferencable());
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include "tarselvalues/containers/lvVector.h"
 
+#include "tarselvalues/containers/lvrDLList.h"
 #include "tarselvalues/containers/lvrVector.h"
+#include "tarselvalues/core/ClassCast.h"
 
 lvVector::lvVector(int size) { setReferencableFast(*new lvrVector(size), ListType); }
 
@@ -10,4 +12,6 @@ lvVector::lvVector(lvArg const& other) {
   }
 }
 
-lviList* lvVector::getList() const { return dynamic_cast<lviList*>(getReferencable()); }
+lviList* lvVector::getList() const {
+  return tarselvalues::castLikely<lviList, lvrVector, lvrDLList>(getReferencable());
+}

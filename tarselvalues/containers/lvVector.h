@@ -17,7 +17,7 @@ class TARSELVALUES_API lvVector : public lvArg {
   lvVector(lvArg const& other);  // NOLINT(google-explicit-constructor)
 
   // Borrows the list; null when the handle is nil or what it holds has no list interface.
-  // Costs a run-time type check.
+  // Costs a run-time type check, which is quick for lvrVector and lvrDLList.
   lviList* getList() const;
   lviList* operator->() const { return getList(); }
 };

@@ -2,13 +2,25 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
 
 #include "tarselvalues/containers/DeliveredOld.h"
+#include "tarselvalues/core/ChainIndex.h"
+#include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/Reference.h"
+#include "tarselvalues/core/lvrString.h"
+
+// How a key is compared with others.
+enum class tarselvalues::KeyKind {
+  Same,      // with isSame(): all but strings
+  Text,      // a string of the library's own
+  Borrowed,  // so, too, but its text may be that of another string, whatever their lengths
+  Foreign,   // a string of the program's class: by a function of the program
+};
 
 namespace {
 
@@ -32,14 +44,78 @@ std::size_t bytesOfHeads(std::size_t heads) {
   return (heads * sizeof(lvrHashMap::HashEntry*) + unit - 1) / unit * unit;
 }
 
+lvrString const& stringIn(lvArg const& key) {
+  return static_cast<lvrString const&>(*key.getReferencable());
+}
+
+using tarselvalues::KeyKind;
+
+KeyKind kindOf(lvArg const& key) {
+  if (key.getType() != lvArg::StringType || key.getReferencable() == nullptr) {
+    return KeyKind::Same;
+  }
+  if (!tarselvalues::isOwnString(*key.getReferencable())) {
+    return KeyKind::Foreign;
+  }
+  return stringIn(key).isBorrowing() ? KeyKind::Borrowed : KeyKind::Text;
+}
+
+// A text ends at its first NUL when it is compared.
+std::uint32_t textHash(lvrString const& string, std::uint32_t seed) {
+  char const* const text = string.getText() != nullptr ? string.getText() : lvrString::strEmpty;
+  auto const most = static_cast<std::size_t>(string.getLength());
+  return tarselvalues::hashBytes(text, strnlen(text, most), seed);
+}
+
+// For the index: equal for keys of which one is found by the other, but for borrowed and foreign
+// ones, which the index is not asked for.
+std::uint32_t indexHash(lvArg const& key, KeyKind kind, std::uint32_t seed) {
+  if (kind == KeyKind::Text) {
+    return textHash(stringIn(key), seed);
+  }
+  std::uint64_t const word = key.getIdentity();
+  std::uint32_t const hash = tarselvalues::mixIndexHash(seed, static_cast<std::uint32_t>(word));
+  return tarselvalues::mixIndexHash(hash, static_cast<std::uint32_t>(word >> 32) ^ key.getType());
+}
+
 }  // namespace
 
-// What stands behind the bucket heads, out of sight of whoever knows the map's fields: the number
-// that changes whenever an entry goes, by which a cursor sees that its entry may be gone. Behind
-// and not in front, so that the map points to the start of the block: tools that look for leaks
-// doubt any other pointer.
-std::uint64_t& lvrHashMap::removalsBehind(HashEntry** heads, std::uint32_t size) {
-  return *reinterpret_cast<std::uint64_t*>(reinterpret_cast<char*>(heads) + bytesOfHeads(size));
+struct lvrHashMap::EntryLinks {
+  using Entry = HashEntry;
+  static Entry*& next(Entry& entry) { return entry.next; }
+  static std::uint32_t hash(Entry const& entry, std::uint32_t seed) {
+    return indexHash(entry.key, kindOf(entry.key), seed);
+  }
+};
+
+// What stands behind the bucket heads, out of sight of whoever knows the map's fields. Behind and
+// not in front, so that the map points to the start of the block: tools that look for leaks doubt
+// any other pointer.
+struct lvrHashMap::Extras {
+  explicit Extras(std::uint64_t number) : removals(number) {}
+
+  // Whether the index can tell where this key is.
+  bool canFind(KeyKind kind) {
+    return index.isReady() &&
+           (kind == KeyKind::Same || (kind == KeyKind::Text && withoutText == 0));
+  }
+
+  // While there is an index: counts a key in, or out.
+  void countKey(lvArg const& key, int change) {
+    KeyKind const kind = kindOf(key);
+    withoutText += kind == KeyKind::Borrowed || kind == KeyKind::Foreign ? change : 0;
+    if (kind == KeyKind::Text || kind == KeyKind::Borrowed) {
+      stringIn(key).markKeyText();
+    }
+  }
+
+  std::uint64_t removals;  // changes whenever an entry goes: a cursor's may have gone
+  tarselvalues::ChainIndex<EntryLinks> index;
+  std::int32_t withoutText = 0;  // strings among the keys that the index does not know by text
+};
+
+lvrHashMap::Extras& lvrHashMap::extrasBehind(HashEntry** heads, std::uint32_t size) {
+  return *reinterpret_cast<Extras*>(reinterpret_cast<char*>(heads) + bytesOfHeads(size));
 }
 
 lvrHashMap::HashEntry** lvrHashMap::allocateBuckets(std::uint32_t size) {
@@ -48,19 +124,24 @@ lvrHashMap::HashEntry** lvrHashMap::allocateBuckets(std::uint32_t size) {
     throw std::bad_array_new_length();
   }
   // From calloc, so that a large table costs only the pages that its entries touch.
-  void* const memory = std::calloc(1, bytesOfHeads(size) + sizeof(std::uint64_t));
+  void* const memory = std::calloc(1, bytesOfHeads(size) + sizeof(Extras));
   if (memory == nullptr) {
     throw std::bad_alloc();
   }
   auto** const heads = static_cast<HashEntry**>(memory);
   std::uint64_t const number = blocksMade.fetch_add(1, std::memory_order_relaxed) + 1;
-  new (&removalsBehind(heads, size)) std::uint64_t(number << BlockShift);
+  new (&extrasBehind(heads, size)) Extras(number << BlockShift);
   return heads;
 }
 
-std::uint64_t lvrHashMap::removals() const {
-  return buckets != nullptr ? removalsBehind(buckets, hashSize) : 0;
+void lvrHashMap::freeBuckets() {
+  if (buckets != nullptr) {
+    extras().index.drop();
+    std::free(std::exchange(buckets, nullptr));
+  }
 }
+
+std::uint64_t lvrHashMap::removals() const { return buckets != nullptr ? extras().removals : 0; }
 
 // ---- Making and asking -------------------------------------------------------------------------
 
@@ -92,13 +173,77 @@ bool lvrHashMap::has(HashEntry const* entry, unsigned int hash) const {
   return alive != nullptr;
 }
 
+// Returns the entry with this key, or null.
+lvrHashMap::HashEntry* lvrHashMap::find(lvArg const& key, unsigned int hash,
+                                        tarselvalues::KeptWhileAsking& self) const {
+  if (buckets == nullptr) {
+    return nullptr;
+  }
+  KeyKind const kind = kindOf(key);
+  switch (kind) {
+    case KeyKind::Same:
+      return findAmong(key, kind, hash,
+                       [&key](HashEntry const& entry) { return entry.key.isSame(key); });
+    case KeyKind::Foreign:
+      return findAsking(key, hash, self);
+    default:
+      break;
+  }
+  bool foreign = false;
+  HashEntry* const found = findAmong(key, kind, hash, [&key, &foreign](HashEntry const& entry) {
+    if (entry.key.getType() != lvArg::StringType || entry.key.getReferencable() == nullptr) {
+      return false;
+    }
+    foreign = !tarselvalues::isOwnString(*entry.key.getReferencable());
+    return foreign || stringIn(entry.key).isEquivToOwn(stringIn(key));
+  });
+  return foreign ? findAsking(key, hash, self) : found;
+}
+
+// Returns the first entry in the chain of this hash that matches, without running a function of the
+// program.
+template <class Matches>
+lvrHashMap::HashEntry* lvrHashMap::findAmong(lvArg const& key, KeyKind kind, unsigned int hash,
+                                             Matches matches) const {
+  std::uint32_t const bucket = hash % hashSize;
+  Extras& beside = extras();
+  if (beside.canFind(kind)) {
+    auto const found =
+        beside.index.find(indexHash(key, kind, beside.index.seed()), bucket, matches);
+    if (!found.ambiguous) {
+      return found.link != nullptr ? *found.link : nullptr;
+    }
+  }
+  std::size_t steps = 0;
+  HashEntry* entry = buckets[bucket];
+  for (; entry != nullptr && !matches(*entry); ++steps) {
+    entry = entry->next;
+  }
+  noteWalk(steps);
+  return entry;
+}
+
+// Builds the index if the walks of chains have become worth it.
+void lvrHashMap::noteWalk(std::size_t steps) const {
+  Extras& beside = extras();
+  if (!beside.index.noteWalk(steps, buckets, hashSize, static_cast<std::size_t>(count))) {
+    return;
+  }
+  beside.withoutText = 0;
+  for (std::uint32_t i = 0; i < hashSize; ++i) {
+    for (HashEntry const* entry = buckets[i]; entry != nullptr; entry = entry->next) {
+      beside.countKey(entry->key, 1);
+    }
+  }
+}
+
 // Returns the entry with this key, or null. Comparing keys may run a function of the program, which
 // may change the map: the search then goes on from its entry, or ends if that has gone, or has been
 // put to use for another key. It never looks at more entries than the map had at first, so it ends
 // even if each comparison moves its entry or adds others.
-lvrHashMap::HashEntry* lvrHashMap::find(lvArg const& key, unsigned int hash,
-                                        tarselvalues::KeptWhileAsking& self) const {
-  HashEntry* entry = buckets != nullptr ? buckets[hash % hashSize] : nullptr;
+lvrHashMap::HashEntry* lvrHashMap::findAsking(lvArg const& key, unsigned int hash,
+                                              tarselvalues::KeptWhileAsking& self) const {
+  HashEntry* entry = buckets[hash % hashSize];
   for (std::int32_t left = count; entry != nullptr && left > 0; --left) {
     std::uint64_t const before = removals();
     lvReferencable const* const object = entry->key.getReferencable();
@@ -142,7 +287,7 @@ int lvrHashMap::setHashSize(unsigned int size) {
   if (count != 0) {
     return Busy;
   }
-  std::free(std::exchange(buckets, nullptr));
+  freeBuckets();
   hashSize = size != 0 ? size : DefaultHashSize;
   return 0;
 }
@@ -159,6 +304,15 @@ int lvrHashMap::needStorage() {
 }
 
 int lvrHashMap::put(lvArg const& key, lvArg const& value, lvArg* old) {
+  return putCells(key, value, old);
+}
+
+int lvrHashMap::putMoved(lvArg&& key, lvArg&& value) {
+  return putCells(std::move(key), std::move(value), nullptr);
+}
+
+template <class Cell>
+int lvrHashMap::putCells(Cell&& key, Cell&& value, lvArg* old) {
   tarselvalues::KeptWhileAsking self(*this);
   unsigned int const hash = self.ask(key).hashCode();
   int status = needStorage();
@@ -168,7 +322,8 @@ int lvrHashMap::put(lvArg const& key, lvArg const& value, lvArg* old) {
   HashEntry* const entry = find(key, hash, self);
   if (entry == nullptr) {
     if (!value.isNil()) {
-      std::unique_ptr<HashEntry> made(takeEntry(key, value));
+      std::unique_ptr<HashEntry> made(
+          takeEntry(std::forward<Cell>(key), std::forward<Cell>(value)));
       status = needStorage();  // The search, or a std::new_handler, may have lost it.
       if (status == 0) {
         linkEntry(made.release(), hash);
@@ -180,36 +335,54 @@ int lvrHashMap::put(lvArg const& key, lvArg const& value, lvArg* old) {
   if (value.isNil()) {
     removeEntry(entry, hash);
   } else {
-    entry->value.assign(value);
+    entry->value = std::forward<Cell>(value);
   }
   return 0;
 }
 
-// Returns an entry with copies of both cells, the spare one if there is one.
-lvrHashMap::HashEntry* lvrHashMap::takeEntry(lvArg const& key, lvArg const& value) {
+// Returns an entry with these cells, the spare one if there is one.
+template <class Cell>
+lvrHashMap::HashEntry* lvrHashMap::takeEntry(Cell&& key, Cell&& value) {
   if (spareEntry == nullptr) {
-    return new HashEntry(key, value);
+    return new HashEntry(std::forward<Cell>(key), std::forward<Cell>(value));
   }
   HashEntry* const entry = std::exchange(spareEntry, nullptr);
-  entry->key.assign(key);
-  entry->value.assign(value);
+  entry->key = std::forward<Cell>(key);
+  entry->value = std::forward<Cell>(value);
   return entry;
 }
 
 void lvrHashMap::linkEntry(HashEntry* entry, unsigned int hash) {
+  std::uint32_t const bucket = hash % hashSize;
+  Extras& beside = extras();
+  bool const indexed = beside.index.isReady();
   bool const toHead = (insertions.fetch_add(1, std::memory_order_relaxed) + 1) % 2 == 0;
-  HashEntry** const link = toHead ? &buckets[hash % hashSize] : linkTo(nullptr, hash);
+  HashEntry** const link = toHead    ? &buckets[bucket]
+                           : indexed ? beside.index.endOf(bucket)
+                                     : linkTo(nullptr, hash);
   entry->next = *link;
   *link = entry;
   ++count;
   hashSum += HashSumFactor * hash;
+  if (indexed) {
+    beside.countKey(entry->key, 1);
+    beside.index.add(*entry, link, bucket);
+  }
 }
 
 void lvrHashMap::removeEntry(HashEntry* entry, unsigned int hash) {
-  *linkTo(entry, hash) = std::exchange(entry->next, nullptr);
+  Extras& beside = extras();
+  HashEntry** link = nullptr;
+  if (beside.index.isReady()) {
+    beside.countKey(entry->key, -1);
+    link = beside.index.remove(*entry);
+  } else {
+    link = linkTo(entry, hash);
+  }
+  *link = std::exchange(entry->next, nullptr);
   --count;
   hashSum -= HashSumFactor * hash;
-  ++removalsBehind(buckets, hashSize);
+  ++beside.removals;
   if (spareEntry == nullptr) {
     lvArg const value(std::move(entry->value));  // Released second,
     lvArg const key(std::move(entry->key));      // after the key.
@@ -234,7 +407,8 @@ int lvrHashMap::clear() {
   }
   count = 0;
   hashSum = EmptyHashSum;
-  ++removalsBehind(buckets, hashSize);
+  ++extras().removals;
+  extras().index.drop();
   while (chain != nullptr) {
     HashEntry* const entry = std::exchange(chain, chain->next);
     delete entry;  // The value cell first, then the key.
@@ -251,7 +425,7 @@ int lvrHashMap::freeStorage() {
   while (count != 0) {  // Left by a derived clear(), or put in while entries were released.
     lvrHashMap::clear();
   }
-  std::free(std::exchange(buckets, nullptr));
+  freeBuckets();
   delete std::exchange(spareEntry, nullptr);
   return 0;
 }

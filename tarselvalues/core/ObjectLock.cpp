@@ -60,15 +60,7 @@ void lockInChild(pthread_mutex_t& mutex) {
 
 }  // namespace
 
-void initObjectMutex(pthread_mutex_t& mutex) {
-  pthread_mutexattr_t attributes;
-  pthread_mutexattr_init(&attributes);
-  pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-  pthread_mutex_init(&mutex, &attributes);
-  pthread_mutexattr_destroy(&attributes);
-}
-
-ObjectLock::ObjectLock(pthread_mutex_t& guarded) noexcept : mutex(guarded) {
+void lockObject(pthread_mutex_t& mutex) noexcept {
   if (isChild.load(std::memory_order_relaxed)) {
     lockInChild(mutex);
   } else {

@@ -7,24 +7,44 @@
 #pragma once
 
 #include <pthread.h>
+#include <sys/single_threaded.h>
 
 #include "tarselvalues/core/Export.h"
+#include "tarselvalues/core/Tuning.h"
 
 namespace tarselvalues {
 
-// Makes a recursive mutex.
-TARSELVALUES_INTERNAL void initObjectMutex(pthread_mutex_t& mutex);
+// Whether this thread is the only one, so that no lock is needed.
+inline bool isOnlyThread() { return Tuned && __libc_single_threaded != 0; }
 
-// Holds a mutex.
+// Makes a recursive mutex.
+inline void initObjectMutex(pthread_mutex_t& mutex) {
+  // The same as pthread_mutex_init() makes, without the calls for an attribute.
+  mutex = PTHREAD_RECURSIVE_MUTEX_INITIALIZER_NP;
+}
+
+// Locks a mutex that initObjectMutex() made.
+TARSELVALUES_INTERNAL void lockObject(pthread_mutex_t& mutex) noexcept;
+
+// Holds a mutex; leaves it alone while there is one thread. What goes on under it starts no other.
 class TARSELVALUES_INTERNAL ObjectLock {
  public:
-  explicit ObjectLock(pthread_mutex_t& guarded) noexcept;
-  ~ObjectLock() { pthread_mutex_unlock(&mutex); }
+  explicit ObjectLock(pthread_mutex_t& guarded) noexcept
+      : mutex(isOnlyThread() ? nullptr : &guarded) {
+    if (mutex != nullptr) {
+      lockObject(*mutex);
+    }
+  }
+  ~ObjectLock() {
+    if (mutex != nullptr) {
+      pthread_mutex_unlock(mutex);
+    }
+  }
   ObjectLock(ObjectLock const&) = delete;
   ObjectLock& operator=(ObjectLock const&) = delete;
 
  private:
-  pthread_mutex_t& mutex;
+  pthread_mutex_t* const mutex;
 };
 
 }  // namespace tarselvalues

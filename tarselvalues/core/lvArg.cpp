@@ -71,12 +71,7 @@ lvArg::lvArg(lvArg const& other) : lvArg() {
   tagWord_ = (other.tagWord_ & ~TagMask) | getType();
 }
 
-bool lvArg::eq(lvArg const& other) const {
-  if (this == &other) {
-    return true;
-  }
-  return getType() == other.getType() && (isNil() || payload_ == other.payload_);
-}
+bool lvArg::eq(lvArg const& other) const { return isSame(other); }
 
 int lvArg::equiv(lvArg const& other) const {
   if (this == &other) {

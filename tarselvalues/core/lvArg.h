@@ -163,6 +163,16 @@ class TARSELVALUES_API lvArg {
   // Swaps both words, bookkeeping bits included. No count changes, nothing is locked.
   void exchange(lvArg& other) noexcept;
 
+  // --- For the library itself; not exported -----------------------------------------------------
+
+  // As eq(), inline.
+  bool isSame(lvArg const& other) const {
+    return getType() == other.getType() && (isNil() || payload_ == other.payload_);
+  }
+
+  // What eq() compares besides the tag.
+  std::uintptr_t getIdentity() const { return isNil() ? 0 : payload_; }
+
   // --- Changing without releasing ---------------------------------------------------------------
   // For fresh or released cells only: any other cell leaks the reference it held.
 

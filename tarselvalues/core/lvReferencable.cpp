@@ -2,10 +2,10 @@
 
 #include <cstddef>
 #include <cstring>
-#include <typeinfo>
 #include <utility>
 
 #include "tarselvalues/core/Address.h"
+#include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/ObjectLock.h"
 #include "tarselvalues/core/Reference.h"
@@ -63,9 +63,7 @@ void dropReference(lvReferencable const& object) {
   const_cast<lvReferencable&>(object).__removeRef();
 }
 
-bool mayRunProgram(lvReferencable const& object) {
-  return typeid(object) != typeid(lvrString) && typeid(object) != typeid(lvString::StringEntry);
-}
+bool mayRunProgram(lvReferencable const& object) { return !isOwnString(object); }
 
 KeptAlive::KeptAlive(lvReferencable const& kept) noexcept : object(nullptr) {
   ObjectLock const guard(kept.mutex_);

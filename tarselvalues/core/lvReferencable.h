@@ -96,6 +96,26 @@ class TARSELVALUES_API lvReferencable {
                     std::memory_order_relaxed);
   }
 
+  // Bits 2-3 of the type byte, which are the derived class's own. Any thread.
+  static constexpr unsigned FirstOwnBit = 0x04;
+  static constexpr unsigned SecondOwnBit = 0x08;
+  bool hasOwnBit(unsigned bit) const {
+    return (typeByte_.load(std::memory_order_relaxed) & bit) != 0;
+  }
+  void setOwnBit(unsigned bit) const {
+    if (!hasOwnBit(bit)) {
+      typeByte_.fetch_or(static_cast<std::uint8_t>(bit), std::memory_order_relaxed);
+    }
+  }
+  void clearOwnBit(unsigned bit) const {
+    if (hasOwnBit(bit)) {
+      typeByte_.fetch_and(static_cast<std::uint8_t>(~bit), std::memory_order_relaxed);
+    }
+  }
+
+  // Whether finalize() runs because the last reference has gone.
+  bool isEnding() const { return count_ < DyingCount / 2; }
+
   // What finalize() answers to stay alive, for objects that others can find without holding a
   // reference: only interned strings do. Whoever answers it must have seen isStillUnheld() fail.
   static constexpr int FinalizeRefused = INT_MIN;
@@ -128,7 +148,7 @@ class TARSELVALUES_API lvReferencable {
   // and dropped meanwhile never bring it to 0 a second time.
   static constexpr std::int32_t DyingCount = INT_MIN / 2;
 
-  std::atomic<std::uint8_t> typeByte_;  // Atomic: others may read the kind meanwhile.
-  mutable std::int32_t count_;          // How many hold the object. Guarded by `mutex_`.
-  mutable pthread_mutex_t mutex_;       // Recursive.
+  mutable std::atomic<std::uint8_t> typeByte_;  // Atomic: others may read the kind meanwhile.
+  mutable std::int32_t count_;                  // How many hold the object. Guarded by `mutex_`.
+  mutable pthread_mutex_t mutex_;               // Recursive.
 };

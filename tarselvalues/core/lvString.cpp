@@ -24,6 +24,7 @@
 #include <mutex>
 #include <new>
 
+#include "tarselvalues/core/ChainIndex.h"
 #include "tarselvalues/core/lvValue.h"
 
 namespace {
@@ -121,18 +122,87 @@ lvString::HashTable* lvString::getHashTable() {
   return hashTable_.load(std::memory_order_relaxed);
 }
 
-// Returns the link that leads to the entry with these bytes, or the null link that ends its chain.
-lvString::StringEntry** lvString::findLink(char const* text, int length, unsigned int hash) {
-  StringEntry** link = &getHashTable()->chainOf(hash);
-  while (*link != nullptr) {
-    StringEntry const& candidate = **link;
-    if (candidate.getLength() == length && hasBytes(candidate.getText(), text, length)) {
-      break;
-    }
-    link = &(*link)->next_;
+struct lvString::ChainLinks {
+  using Entry = StringEntry;
+  static Entry*& next(Entry& entry) { return entry.next_; }
+  static std::uint32_t hash(Entry const& entry, std::uint32_t seed) {
+    return hash(entry.getText(), entry.getText() != nullptr ? entry.getLength() : 0, seed);
   }
-  return link;
-}
+  static std::uint32_t hash(char const* text, int length, std::uint32_t seed) {
+    return tarselvalues::hashBytes(text, static_cast<std::size_t>(length), seed);
+  }
+};
+
+// The chains of the one table, and the index that finds what is in them. Requires the table's lock.
+class lvString::Chains {
+ public:
+  // Returns the link that leads to the entry with these bytes, or the null link that ends its chain.
+  static StringEntry** find(char const* text, int length, unsigned int hash) {
+    HashTable& table = *getHashTable();
+    std::uint32_t const chain = hash % table.bucketCount_;
+    auto const matches = [text, length](StringEntry const& candidate) {
+      return candidate.getLength() == length && hasBytes(candidate.getText(), text, length);
+    };
+    if (index.isReady()) {
+      auto const found = index.find(ChainLinks::hash(text, length, index.seed()), chain, matches);
+      if (!found.ambiguous) {
+        return found.link != nullptr ? found.link : index.endOf(chain);
+      }
+    }
+    std::size_t steps = 0;
+    StringEntry** link = &table.buckets_[chain];
+    for (; *link != nullptr && !matches(**link); ++steps) {
+      link = &(*link)->next_;
+    }
+    index.noteWalk(steps, table.buckets_, table.bucketCount_, entries);
+    return link;
+  }
+
+  // Takes up an entry at the link where find() ended.
+  static void add(StringEntry& entry, StringEntry** link, unsigned int hash) {
+    *link = &entry;
+    ++entries;
+    if (index.isReady()) {
+      index.add(entry, link, hash % getHashTable()->bucketCount_);
+    }
+  }
+
+  // Takes an entry out; one that is not in is ignored.
+  static void remove(StringEntry& entry) {
+    StringEntry** const link = index.isReady() ? index.remove(entry) : walkTo(entry);
+    if (link != nullptr) {
+      *link = entry.next_;
+      entry.next_ = nullptr;
+      --entries;
+    }
+  }
+
+ private:
+  static StringEntry** walkTo(StringEntry& entry) {
+    HashTable& table = *getHashTable();
+    std::uint32_t const chain = entry.hashCode() % table.bucketCount_;
+    StringEntry** link = walkTo(entry, table.buckets_[chain]);
+    // An entry whose text somebody has set anew is where the old one was filed.
+    for (std::uint32_t i = 0; link == nullptr && i < table.bucketCount_; ++i) {
+      link = walkTo(entry, table.buckets_[i]);
+    }
+    return link;
+  }
+
+  static StringEntry** walkTo(StringEntry& entry, StringEntry*& head) {
+    StringEntry** link = &head;
+    while (*link != nullptr && *link != &entry) {
+      link = &(*link)->next_;
+    }
+    return *link != nullptr ? link : nullptr;
+  }
+
+  static std::size_t entries;
+  static tarselvalues::ChainIndex<ChainLinks> index;
+};
+
+std::size_t lvString::Chains::entries = 0;
+tarselvalues::ChainIndex<lvString::ChainLinks> lvString::Chains::index;
 
 lvString::StringEntry* lvString::findStringObject(char const* text, int length, int mode,
                                                   unsigned int hash) {
@@ -149,19 +219,31 @@ lvString::StringEntry* lvString::findStringObject(char const* text, int length, 
   } else if (hash == UnknownHash) {
     hash = lvrString::computeHashCode(text, length);
   }
-  StringEntry** link = findLink(text, length, hash);
-  if (*link == nullptr) {
-    std::unique_ptr<StringEntry> made(new StringEntry);
-    link = findLink(text, length, hash);  // A std::new_handler may have changed the chain.
-    if (*link == nullptr) {
-      if (made->setStringDataFast(text, length, mode) != 0) {
-        throw std::bad_alloc();
-      }
-      made->markInterned(hash);
-      *link = made.release();
+  StringEntry* found = *Chains::find(text, length, hash);
+  if (found == nullptr) {
+    std::unique_ptr<StringEntry> made(makeEntry(text, length, mode));
+    // A std::new_handler may have changed the chain.
+    StringEntry** const link = Chains::find(text, length, hash);
+    if (*link != nullptr) {
+      return *link;
     }
+    made->markInterned(hash);
+    found = made.release();
+    Chains::add(*found, link, hash);
   }
-  return *link;
+  return found;
+}
+
+// Returns a new entry with this text. It is in no chain.
+lvString::StringEntry* lvString::makeEntry(char const* text, int length, int mode) {
+  if (lvrString::fitsOneBlock(static_cast<std::size_t>(length), mode)) {
+    return lvrString::make<StringEntry>(text, static_cast<std::size_t>(length));
+  }
+  std::unique_ptr<StringEntry> made(new StringEntry);
+  if (made->setStringDataFast(text, length, mode) != 0) {
+    throw std::bad_alloc();
+  }
+  return made.release();
 }
 
 int lvString::StringEntry::finalize() {
@@ -170,14 +252,7 @@ int lvString::StringEntry::finalize() {
     if (!isStillUnheld()) {
       return FinalizeRefused;
     }
-    StringEntry** link = &getHashTable()->chainOf(hashCode());
-    while (*link != nullptr && *link != this) {
-      link = &(*link)->next_;
-    }
-    if (*link == this) {
-      *link = next_;
-      next_ = nullptr;
-    }
+    Chains::remove(*this);
   }
   return lvrString::finalize();
 }
@@ -205,20 +280,23 @@ lvString lvString::internBuffer(char* buffer, int length) {
   unsigned int const hash = lvrString::computeHashCode(buffer, length);
   lvString result;
   TableGuard const guard;
-  StringEntry** link = findLink(buffer, length, hash);
-  if (*link == nullptr) {
+  StringEntry* found = *Chains::find(buffer, length, hash);
+  if (found == nullptr) {
     std::unique_ptr<StringEntry> made(new StringEntry);
-    link = findLink(buffer, length, hash);  // A std::new_handler may have changed the chain.
-    if (*link == nullptr) {
+    // A std::new_handler may have changed the chain.
+    StringEntry** const link = Chains::find(buffer, length, hash);
+    found = *link;
+    if (found == nullptr) {
       std::size_t const bytes = static_cast<std::size_t>(length);
       char* const cut = static_cast<char*>(std::realloc(owned.get(), bytes + 1));
       char* const kept = owned.release();
       made->adoptBufferFast(cut != nullptr ? cut : kept, bytes);
       made->markInterned(hash);
-      *link = made.release();
+      found = made.release();
+      Chains::add(*found, link, hash);
     }
   }
-  result.setReferencableFast(**link);
+  result.setReferencableFast(*found);
   return result;
 }
 

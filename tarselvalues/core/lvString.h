@@ -11,7 +11,8 @@
 // Errors:    a null text makes a nil handle and writes a line to standard error. Out of memory is
 //            std::bad_alloc, and the handle is as it was.
 // Nil:       a nil handle answers as a string of no characters would, but see compareTo().
-// Cost:      making a handle from a text takes the table's lock, hashes, and walks one chain.
+// Cost:      making a handle from a text takes the table's lock, hashes, and walks one chain; once
+//            chains have grown long, an index finds the entry instead.
 #pragma once
 
 #include <pthread.h>
@@ -33,6 +34,7 @@ class TARSELVALUES_API lvString : public lvArg {
     int finalize() override;
 
    private:
+    friend class lvrString;
     friend class lvString;
     template <class T>
     friend struct lvLayoutAccess;
@@ -64,8 +66,6 @@ class TARSELVALUES_API lvString : public lvArg {
     class Forks;
 
     static constexpr std::uint32_t BucketCount = 1009;
-
-    StringEntry*& chainOf(unsigned int hash) { return buckets_[hash % bucketCount_]; }
 
     std::uint32_t bucketCount_;
     StringEntry* buckets_[BucketCount];  // guarded by `lock_`
@@ -177,11 +177,12 @@ class TARSELVALUES_API lvString : public lvArg {
   friend struct lvLayoutAccess;
 
   class TableGuard;
+  struct ChainLinks;
+  class Chains;
 
   TARSELVALUES_INTERNAL void internFast(char const* text, int length, int mode, unsigned int hash);
   TARSELVALUES_INTERNAL lvrString const* string() const;
-  TARSELVALUES_INTERNAL static StringEntry** findLink(char const* text, int length,
-                                                      unsigned int hash);
+  TARSELVALUES_INTERNAL static StringEntry* makeEntry(char const* text, int length, int mode);
 
   static std::atomic<HashTable*> hashTable_;
   static char const emptyStringPointer_[];

@@ -101,6 +101,7 @@ bool isWord(char const* text, int length, char const* word) {
 char const lvrString::strNil[] = "(NIL)";
 char const lvrString::strNull[] = "(NULL)";
 char const lvrString::strEmpty[] = "";
+std::atomic<std::uint32_t> lvrString::keyTextChanges_{0};
 
 lvrString::lvrString() : text_(nullptr), length_(0), flags_(0), cachedHash_(0) {
   setKind(StringKind);
@@ -116,7 +117,13 @@ lvString const& lvrString::getStaticClassDesc() {
 
 lvString const& lvrString::getClassDesc() const { return getStaticClassDesc(); }
 
-int lvrString::finalize() { return releaseData(); }
+int lvrString::finalize() {
+  if (!isEnding()) {
+    return releaseData();
+  }
+  freeText();  // Nothing finds it by its text any more.
+  return 0;
+}
 
 int lvrString::equiv(lvReferencable const& other) const {
   lvrString const* const string = asString(other);
@@ -129,15 +136,24 @@ int lvrString::equiv(lvReferencable const& other) const {
   if (string->text_ == nullptr || text_ == nullptr) {
     return 0;
   }
-  if (string->hashCode() != hashCode()) {
-    return 0;
+  return string->hashCode() == hashCode() && hasSameBytes(*string) ? 1 : 0;
+}
+
+bool lvrString::isEquivToOwn(lvrString const& other) const {
+  if (other.text_ == text_) {
+    return true;
   }
-  char const* const theirs = orEmpty(string->text_);  // A hash may be a function of the program,
-  char const* const mine = orEmpty(text_);            // which may have taken the texts away.
+  return other.text_ != nullptr && text_ != nullptr &&
+         other.lvrString::hashCode() == lvrString::hashCode() && hasSameBytes(other);
+}
+
+bool lvrString::hasSameBytes(lvrString const& other) const {
+  char const* const theirs = orEmpty(other.text_);  // A hash may be a function of the program,
+  char const* const mine = orEmpty(text_);          // which may have taken the texts away.
   if (!isKnownLength()) {
-    return std::strcmp(theirs, mine) == 0 ? 1 : 0;
+    return std::strcmp(theirs, mine) == 0;
   }
-  return string->length_ == length_ && std::strncmp(theirs, mine, length_) == 0 ? 1 : 0;
+  return other.length_ == length_ && std::strncmp(theirs, mine, length_) == 0;
 }
 
 unsigned int lvrString::hashCode() const {
@@ -191,7 +207,7 @@ lvArg lvrString::toString() const { return lvArg(*this); }
 int lvrString::setStringData(char const* newText, int newLength, int mode) {
   // A text inside the one that is about to be freed cannot be borrowed.
   bool const mustCopy = (mode & CopyBits) == 0 && ownsTextAt(newText);
-  char* const old = hasFlag(BorrowedFlag) ? nullptr : const_cast<char*>(text_);
+  char* const old = mustFreeText() ? const_cast<char*>(text_) : nullptr;
   int const status = setStringDataFast(newText, newLength, mustCopy ? CopyAndOwn : mode);
   if (status == 0) {
     std::free(old);
@@ -226,10 +242,8 @@ int lvrString::setStringDataFast(int n, char const** pieces, int* lengths, int m
 }
 
 int lvrString::releaseData() {
-  if (!hasFlag(BorrowedFlag)) {
-    std::free(const_cast<char*>(text_));
-    text_ = nullptr;
-  }
+  noteTextChange();
+  freeText();
   return 0;
 }
 
@@ -284,6 +298,7 @@ unsigned int lvrString::computeHashCode(char const* text, int length) {
 }
 
 void lvrString::markInterned(unsigned int hash) {
+  markKeyText();
   cachedHash_.store(hash, std::memory_order_relaxed);
   flags_.fetch_or(InternedFlag | HashFlag, std::memory_order_release);
 }
@@ -307,8 +322,27 @@ bool lvrString::ownsTextAt(char const* address) const {
   return !before(address, text_) && !before(text_ + getLength(), address);
 }
 
-// Drops both caches.
+// Leaves a borrowed text.
+void lvrString::freeText() {
+  if (mustFreeText()) {
+    std::free(const_cast<char*>(text_));
+  }
+  if (!hasFlag(BorrowedFlag)) {
+    text_ = nullptr;
+  }
+}
+
+// Counts a change of the text, if anything may find the string by it.
+void lvrString::noteTextChange() {
+  if (hasOwnBit(KeyTextBit)) {
+    keyTextChanges_.fetch_add(1, std::memory_order_relaxed);
+  }
+}
+
+// Drops both caches. The room of a text that stood behind the object stays unused.
 void lvrString::storeText(char const* newText, std::size_t newLength, bool borrowed) {
+  noteTextChange();
+  clearOwnBit(OneBlockBit);
   text_ = newText;
   length_ = static_cast<std::uint16_t>(std::min<std::size_t>(newLength, UncountedLength));
   unsigned const kept = flags_.load(std::memory_order_relaxed) & ~unsigned{AllFlags};

@@ -18,8 +18,11 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <new>
 
 #include "tarselvalues/core/Export.h"
+#include "tarselvalues/core/Tuning.h"
 #include "tarselvalues/core/lvReferencable.h"
 
 class TARSELVALUES_API lvrString : public lvReferencable {
@@ -117,8 +120,31 @@ class TARSELVALUES_API lvrString : public lvReferencable {
 
   // --- For the library itself; not exported -----------------------------------------------------
 
+  // Makes a string, or what is derived from it, with a copy of these bytes and a NUL in one block of
+  // memory with the object. The block is larger than the object, so the destructors of the string
+  // classes are compiled without sized deallocation. Throws std::bad_alloc.
+  template <class String>
+  TARSELVALUES_INTERNAL static String* make(char const* bytes, std::size_t length);
+
+  // Whether a text of `length` bytes that is stored by `mode` may stand in one block with its
+  // string. Not a long one: a string that is set anew keeps the room.
+  static bool fitsOneBlock(std::size_t length, int mode);
+
   // For a new entry of the string table, filed under `hash`.
   TARSELVALUES_INTERNAL void markInterned(unsigned int hash);
+
+  // For a string that is found by a hash of its text, in a table or as the key of a map: from now on
+  // a change of the text is counted. The count is the same for all strings.
+  TARSELVALUES_INTERNAL void markKeyText() const { setOwnBit(KeyTextBit); }
+  TARSELVALUES_INTERNAL static std::uint32_t getKeyTextChanges() {
+    return keyTextChanges_.load(std::memory_order_relaxed);
+  }
+
+  // As equiv(), for two strings of the library's own classes.
+  TARSELVALUES_INTERNAL bool isEquivToOwn(lvrString const& other) const;
+
+  // Whether the text, other than an empty one, is somebody else's.
+  bool isBorrowing() const { return hasFlag(BorrowedFlag) && text_ != nullptr && *text_ != '\0'; }
 
   // Takes `buffer`, which came from malloc and holds `length` bytes and a NUL, over without
   // copying it. Leaks an owned old text, as the setters ending in Fast do.
@@ -138,13 +164,23 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   };
   static constexpr unsigned IntegerShift = 4;
 
+  // Bits of the type byte.
+  static constexpr unsigned KeyTextBit = FirstOwnBit;
+  static constexpr unsigned OneBlockBit = SecondOwnBit;  // the text stands behind the object
+
   bool hasFlag(Flag flag) const { return (flags_.load(std::memory_order_acquire) & flag) != 0; }
   bool isKnownLength() const;
+  bool hasSameBytes(lvrString const& other) const;
   unsigned int computeOwnHash() const;
   bool ownsTextAt(char const* address) const;
+  bool mustFreeText() const { return !hasFlag(BorrowedFlag) && !hasOwnBit(OneBlockBit); }
+  void freeText();
+  void noteTextChange();
   void storeText(char const* newText, std::size_t newLength, bool borrowed);
   void cacheInteger(std::intptr_t value);
   int setFormatted(char const* formatted, std::intptr_t value);
+
+  static std::atomic<std::uint32_t> keyTextChanges_;
 
   char const* text_;
   std::uint16_t length_;  // 65535 means: that or more, to be counted.
@@ -152,3 +188,20 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   mutable std::atomic<std::uint16_t> flags_;
   mutable std::atomic<std::uint32_t> cachedHash_;
 };
+
+inline bool lvrString::fitsOneBlock(std::size_t length, int mode) {
+  constexpr std::size_t longest = 128;
+  return tarselvalues::Tuned && length - 1 < longest && (mode & CopyAndOwn) != 0;
+}
+
+template <class String>
+String* lvrString::make(char const* bytes, std::size_t length) {
+  void* const block = ::operator new(sizeof(String) + length + 1);
+  auto* const string = ::new (block) String;
+  char* const text = static_cast<char*>(block) + sizeof(String);
+  std::memcpy(text, bytes, length);
+  text[length] = '\0';
+  string->storeText(text, length, false);
+  string->setOwnBit(OneBlockBit);
+  return string;
+}

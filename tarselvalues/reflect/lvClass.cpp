@@ -1,5 +1,7 @@
 #include "tarselvalues/reflect/lvClass.h"
 
+#include "tarselvalues/core/ClassCast.h"
+
 lvClass::lvClass() { setReferencableFast(*new lvrClass); }
 
 lvClass::lvClass(unsigned int number, lvArg const& name, lvrClass::DefaultCtor* ctor) {
@@ -25,4 +27,6 @@ lvArg lvClass::getClassDesc() const {
   return name;
 }
 
-lvrClass* lvClass::getClass() const { return dynamic_cast<lvrClass*>(getReferencable()); }
+lvrClass* lvClass::getClass() const {
+  return tarselvalues::castLikely<lvrClass, lvrClass>(getReferencable());
+}

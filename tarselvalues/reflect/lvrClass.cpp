@@ -8,8 +8,11 @@
 
 #include "tarselvalues/containers/lvHashMap.h"
 #include "tarselvalues/containers/lvrHashMap.h"
+#include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/lvString.h"
+
+using tarselvalues::castLikely;
 
 namespace {
 
@@ -143,7 +146,7 @@ int lvrClass::getNItems(OffsetTableType kind) const {
 int lvrClass::localLookupIndex(OffsetTableType kind, lvArg const& key) const {
   GenericMemberOffsetTable const* const table = tableOf(kind);
   lviMap const* const names =
-      table != nullptr ? dynamic_cast<lviMap const*>(table->names.getReferencable()) : nullptr;
+      table != nullptr ? castLikely<lviMap, lvrHashMap>(table->names.getReferencable()) : nullptr;
   return names != nullptr ? names->get(key).getInt() : NotFound;
 }
 
@@ -256,12 +259,12 @@ int lvrClass::needNames(OffsetTableType kind, int n) {
 
 // The table of the nearest superclass that has one of this kind, or null.
 lvrClass::GenericMemberOffsetTable const* lvrClass::inheritedTable(OffsetTableType kind) const {
-  auto const* above = dynamic_cast<lvrClass const*>(superClass_.getReferencable());
+  auto const* above = castLikely<lvrClass, lvrClass>(superClass_.getReferencable());
   for (int i = 0; above != nullptr && i < MaxSuperClasses; ++i) {
     if (above->tableOf(kind) != nullptr) {
       return above->tableOf(kind);
     }
-    above = dynamic_cast<lvrClass const*>(above->superClass_.getReferencable());
+    above = castLikely<lvrClass, lvrClass>(above->superClass_.getReferencable());
   }
   return nullptr;
 }

@@ -49,6 +49,9 @@ char translate(char c) {
 
 // Returns a cell with a new string of its own.
 lvArg makeString(char const* bytes, std::size_t count) {
+  if (lvrString::fitsOneBlock(count, lvrString::CopyAndOwnEmpty)) {
+    return lvArg(*lvrString::make<lvrString>(bytes, count));
+  }
   auto* const string = new lvrString;
   lvArg cell(*string);
   if (string->setStringDataFast(bytes, static_cast<int>(count), lvrString::CopyAndOwnEmpty) != 0) {

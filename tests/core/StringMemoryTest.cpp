@@ -192,14 +192,21 @@ TEST_F(StringObjectOutOfMemory, CopesWithoutMemoryWhenItReads) {
 
 // ---- Interned strings --------------------------------------------------------------------------
 
-TEST(InternedMemory, IsAnEntryAndItsText) {
+TEST(InternedMemory, IsOneBlockForAShortText) {
   EXPECT_EQ(blocksOf([] {
               lvString const handle("a new text");
               EXPECT_EQ(blocksOf([] { lvString const other("a new text"); }), 0);
             }),
             0);
   lvArg cell;
-  EXPECT_EQ(blocksOf([&] { cell = lvString("a new text"); }), 2);
+  EXPECT_EQ(blocksOf([&] { cell = lvString("a new text"); }), 1);
+  EXPECT_EQ(blocksOf([&] { cell.setNil(); }), -1);
+}
+
+TEST(InternedMemory, IsAnEntryAndItsTextForALongOne) {
+  std::string const text(129, 'a');
+  lvArg cell;
+  EXPECT_EQ(blocksOf([&] { cell = lvString(text.c_str()); }), 2);
   EXPECT_EQ(blocksOf([&] { cell.setNil(); }), -2);
 }
 
