@@ -31,6 +31,14 @@ packages_for_coverage=(
   python3
 )
 
+packages_for_counts=(
+  "${packages_for_demo[@]}"
+  ccache
+  g++
+  googletest
+  python3
+)
+
 packages_for_fuzz=(
   ccache
   clang-14
