@@ -86,6 +86,16 @@ struct lvrHashMap::EntryLinks {
   static std::uint32_t hash(Entry const& entry, std::uint32_t seed) {
     return indexHash(entry.key, kindOf(entry.key), seed);
   }
+  static bool isFindable(Entry const& entry) {
+    KeyKind const kind = kindOf(entry.key);
+    return kind == KeyKind::Same || kind == KeyKind::Text;
+  }
+  static void watch(Entry const& entry) {
+    KeyKind const kind = kindOf(entry.key);
+    if (kind == KeyKind::Text || kind == KeyKind::Borrowed) {
+      stringIn(entry.key).markKeyText();
+    }
+  }
 };
 
 // What stands behind the bucket heads, out of sight of whoever knows the map's fields. Behind and
@@ -97,21 +107,11 @@ struct lvrHashMap::Extras {
   // Whether the index can tell where this key is.
   bool canFind(KeyKind kind) {
     return index.isReady() &&
-           (kind == KeyKind::Same || (kind == KeyKind::Text && withoutText == 0));
-  }
-
-  // While there is an index: counts a key in, or out.
-  void countKey(lvArg const& key, int change) {
-    KeyKind const kind = kindOf(key);
-    withoutText += kind == KeyKind::Borrowed || kind == KeyKind::Foreign ? change : 0;
-    if (kind == KeyKind::Text || kind == KeyKind::Borrowed) {
-      stringIn(key).markKeyText();
-    }
+           (kind == KeyKind::Same || (kind == KeyKind::Text && index.findsAll()));
   }
 
   std::uint64_t removals;  // changes whenever an entry goes: a cursor's may have gone
   tarselvalues::ChainIndex<EntryLinks> index;
-  std::int32_t withoutText = 0;  // strings among the keys that the index does not know by text
 };
 
 lvrHashMap::Extras& lvrHashMap::extrasBehind(HashEntry** heads, std::uint32_t size) {
@@ -219,22 +219,8 @@ lvrHashMap::HashEntry* lvrHashMap::findAmong(lvArg const& key, KeyKind kind, uns
   for (; entry != nullptr && !matches(*entry); ++steps) {
     entry = entry->next;
   }
-  noteWalk(steps);
+  beside.index.noteWalk(steps, buckets, hashSize, static_cast<std::size_t>(count));
   return entry;
-}
-
-// Builds the index if the walks of chains have become worth it.
-void lvrHashMap::noteWalk(std::size_t steps) const {
-  Extras& beside = extras();
-  if (!beside.index.noteWalk(steps, buckets, hashSize, static_cast<std::size_t>(count))) {
-    return;
-  }
-  beside.withoutText = 0;
-  for (std::uint32_t i = 0; i < hashSize; ++i) {
-    for (HashEntry const* entry = buckets[i]; entry != nullptr; entry = entry->next) {
-      beside.countKey(entry->key, 1);
-    }
-  }
 }
 
 // Returns the entry with this key, or null. Comparing keys may run a function of the program, which
@@ -365,7 +351,6 @@ void lvrHashMap::linkEntry(HashEntry* entry, unsigned int hash) {
   ++count;
   hashSum += HashSumFactor * hash;
   if (indexed) {
-    beside.countKey(entry->key, 1);
     beside.index.add(*entry, link, bucket);
   }
 }
@@ -374,7 +359,6 @@ void lvrHashMap::removeEntry(HashEntry* entry, unsigned int hash) {
   Extras& beside = extras();
   HashEntry** link = nullptr;
   if (beside.index.isReady()) {
-    beside.countKey(entry->key, -1);
     link = beside.index.remove(*entry);
   } else {
     link = linkTo(entry, hash);

@@ -168,7 +168,6 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   template <class Matches>
   TARSELVALUES_INTERNAL HashEntry* findAmong(lvArg const& key, tarselvalues::KeyKind kind,
                                              unsigned int hash, Matches matches) const;
-  TARSELVALUES_INTERNAL void noteWalk(std::size_t steps) const;
   TARSELVALUES_INTERNAL HashEntry* findAsking(lvArg const& key, unsigned int hash,
                                               tarselvalues::KeptWhileAsking& self) const;
   TARSELVALUES_INTERNAL HashEntry** linkTo(HashEntry const* entry, unsigned int hash) const;

@@ -11,11 +11,13 @@
 // Without memory for it the index is dropped, and the chains are walked again. It is also dropped
 // when a text that may be a key has been set anew (lvrString::getKeyTextChanges()).
 //
-// Links: tells about a table's entries: the type Entry, `Entry*& next(Entry&)`, and
-//        `std::uint32_t hash(Entry const&, std::uint32_t seed)`, which is equal for entries that match
-//        the same search.
-// Memory: 16 bytes for a slot on 32-bit targets, at most three in four in use, and one link for each
-//        chain. Nothing before it is built.
+// Links:  tells about a table's entries: the type Entry; `Entry*& next(Entry&)`;
+//         `uint32_t hash(Entry const&, uint32_t seed)`, equal for entries that match the same search;
+//         `bool isFindable(Entry const&)`, false for those that a search may match whatever their
+//         hash; and `void watch(Entry const&)`, from which on a change of these answers is counted
+//         (lvrString::markKeyText()).
+// Memory: a pointer and a count, until an index is built. That takes 16 bytes for a slot on 32-bit
+//         targets, of which at most three in four are in use, and a link for each chain.
 #pragma once
 
 #include <sys/auxv.h>
@@ -74,37 +76,45 @@ class ChainIndex {
 
   // Frees the index. A destructor does not: an index may be needed for as long as the process lives.
   void drop() {
-    std::free(std::exchange(slots_, nullptr));
-    std::free(std::exchange(ends_, nullptr));
+    if (built_ != nullptr) {
+      std::free(built_->slots);
+      std::free(built_->ends);
+      std::free(std::exchange(built_, nullptr));
+    }
     walked_ = 0;
   }
 
-  // Whether there is an index, so that the four operations below may be called.
+  // Whether there is an index, so that the operations below it may be called.
   bool isReady() {
-    if (slots_ != nullptr && changes_ != lvrString::getKeyTextChanges()) {
+    if (built_ != nullptr && built_->changes != lvrString::getKeyTextChanges()) {
       drop();
     }
-    return slots_ != nullptr;
+    return built_ != nullptr;
   }
 
   // Says that a search without index has looked at `steps` entries of a table of this size. Builds
-  // the index if that is worth it; returns whether it did.
-  bool noteWalk(std::size_t steps, Entry** heads, std::uint32_t chains, std::size_t entries) {
-    if (!Tuned || steps <= ShortWalk) {
-      return false;
+  // the index if that is worth it.
+  void noteWalk(std::size_t steps, Entry** heads, std::uint32_t chains, std::size_t entries) {
+    if (Tuned && steps > ShortWalk) {
+      walked_ += steps - ShortWalk;
+      if (walked_ > chains + entries) {
+        build(heads, chains);
+      }
     }
-    walked_ += steps - ShortWalk;
-    return walked_ > chains + entries && build(heads, chains);
   }
 
-  std::uint32_t seed() const { return seed_; }
+  std::uint32_t seed() const { return built_->seed; }
+
+  // Whether every entry is found by its hash.
+  bool findsAll() const { return built_->unfindable == 0; }
 
   // Finds the entry of `chain` with this hash that `matches(Entry const&)`.
   template <class Matches>
   Found find(std::uint32_t hash, std::uint32_t chain, Matches matches) const {
     Found found{nullptr, false};
-    for (std::size_t i = hash & mask_; slots_[i].entry != nullptr; i = (i + 1) & mask_) {
-      Slot const& slot = slots_[i];
+    Built const& in = *built_;
+    for (std::size_t i = hash & in.mask; in.slots[i].entry != nullptr; i = (i + 1) & in.mask) {
+      Slot const& slot = in.slots[i];
       if (slot.hash == hash && slot.chain == chain && matches(*slot.entry)) {
         found.ambiguous = found.link != nullptr;
         found.link = slot.link;
@@ -114,12 +124,14 @@ class ChainIndex {
   }
 
   // Returns the link that ends a chain.
-  Entry** endOf(std::uint32_t chain) const { return ends_[chain]; }
+  Entry** endOf(std::uint32_t chain) const { return built_->ends[chain]; }
 
   // Takes up an entry that has been linked at `link`.
   void add(Entry& entry, Entry** link, std::uint32_t chain) {
     setLinkBehind(entry, &Links::next(entry), chain);
-    insert(entry, link, chain);
+    if (!insert(entry, link, chain)) {
+      drop();
+    }
   }
 
   // Forgets an entry, and returns the link that leads to it, for unlinking; null if it has none.
@@ -130,8 +142,9 @@ class ChainIndex {
     }
     Entry** const link = slot->link;
     setLinkBehind(entry, link, slot->chain);
-    close(static_cast<std::size_t>(slot - slots_));
-    --used_;
+    close(static_cast<std::size_t>(slot - built_->slots));
+    --built_->used;
+    built_->unfindable -= Links::isFindable(entry) ? 0 : 1;
     return link;
   }
 
@@ -143,11 +156,22 @@ class ChainIndex {
     std::uint32_t chain;
   };
 
+  struct Built {
+    Slot* slots;
+    Entry*** ends;           // the link that ends each chain
+    std::size_t mask;        // the number of slots, a power of two, less one
+    std::size_t used;        // how many of them
+    std::size_t unfindable;  // how many of those
+    std::uint32_t seed;
+    std::uint32_t changes;  // of key texts, when it was built
+  };
+
   static constexpr std::size_t FirstSlots = 64;
   static constexpr std::size_t ShortWalk = 8;
 
-  static Slot* allocate(std::size_t slots) {
-    return static_cast<Slot*>(std::calloc(slots, sizeof(Slot)));
+  template <class Item>
+  static Item* allocate(std::size_t count) {
+    return static_cast<Item*>(std::calloc(count, sizeof(Item)));
   }
 
   // A number that differs from process to process.
@@ -160,18 +184,23 @@ class ChainIndex {
     return seed;
   }
 
-  bool build(Entry** heads, std::uint32_t chains) {
+  void build(Entry** heads, std::uint32_t chains) {
     drop();
-    slots_ = allocate(FirstSlots);
-    ends_ = static_cast<Entry***>(std::malloc(chains * sizeof(Entry**)));
-    if (slots_ == nullptr || ends_ == nullptr) {
-      drop();
-      return false;
+    built_ = allocate<Built>(1);
+    if (built_ == nullptr) {
+      return;
     }
-    mask_ = FirstSlots - 1;
-    used_ = 0;
-    seed_ = chooseSeed();
-    changes_ = lvrString::getKeyTextChanges();
+    built_->slots = allocate<Slot>(FirstSlots);
+    built_->ends = allocate<Entry**>(chains);
+    built_->mask = FirstSlots - 1;
+    built_->seed = chooseSeed();
+    built_->changes = lvrString::getKeyTextChanges();
+    if (built_->slots == nullptr || built_->ends == nullptr || !insertAll(heads, chains)) {
+      drop();
+    }
+  }
+
+  bool insertAll(Entry** heads, std::uint32_t chains) {
     for (std::uint32_t chain = 0; chain < chains; ++chain) {
       Entry** link = &heads[chain];
       for (; *link != nullptr; link = &Links::next(**link)) {
@@ -179,18 +208,20 @@ class ChainIndex {
           return false;
         }
       }
-      ends_[chain] = link;
+      built_->ends[chain] = link;
     }
     return true;
   }
 
+  // Returns whether there was memory for it.
   bool insert(Entry& entry, Entry** link, std::uint32_t chain) {
-    if ((used_ + 1) * 4 > (mask_ + 1) * 3 && !grow()) {
-      drop();
+    if ((built_->used + 1) * 4 > (built_->mask + 1) * 3 && !grow()) {
       return false;
     }
-    place({&entry, link, Links::hash(entry, seed_), chain});
-    ++used_;
+    place({&entry, link, Links::hash(entry, built_->seed), chain});
+    ++built_->used;
+    built_->unfindable += Links::isFindable(entry) ? 0 : 1;
+    Links::watch(entry);
     return true;
   }
 
@@ -199,18 +230,18 @@ class ChainIndex {
     if (Entry* const next = Links::next(entry)) {
       find(*next)->link = link;
     } else {
-      ends_[chain] = link;
+      built_->ends[chain] = link;
     }
   }
 
   bool grow() {
-    std::size_t const old = mask_ + 1;
-    Slot* const grown = allocate(old * 2);
+    std::size_t const old = built_->mask + 1;
+    Slot* const grown = allocate<Slot>(old * 2);
     if (grown == nullptr) {
       return false;
     }
-    Slot* const slots = std::exchange(slots_, grown);
-    mask_ = old * 2 - 1;
+    Slot* const slots = std::exchange(built_->slots, grown);
+    built_->mask = old * 2 - 1;
     for (std::size_t i = 0; i < old; ++i) {
       if (slots[i].entry != nullptr) {
         place(slots[i]);
@@ -221,18 +252,19 @@ class ChainIndex {
   }
 
   void place(Slot const& slot) {
-    std::size_t i = slot.hash & mask_;
-    while (slots_[i].entry != nullptr) {
-      i = (i + 1) & mask_;
+    std::size_t i = slot.hash & built_->mask;
+    while (built_->slots[i].entry != nullptr) {
+      i = (i + 1) & built_->mask;
     }
-    slots_[i] = slot;
+    built_->slots[i] = slot;
   }
 
   // Returns the slot of an entry, or null. What is in a chain has one.
   Slot* find(Entry const& entry) const {
-    std::size_t const first = Links::hash(entry, seed_);
-    for (std::size_t i = 0; i <= mask_; ++i) {
-      Slot* const slot = &slots_[(first + i) & mask_];
+    std::size_t const mask = built_->mask;
+    std::size_t const first = Links::hash(entry, built_->seed);
+    for (std::size_t i = 0; i <= mask; ++i) {
+      Slot* const slot = &built_->slots[(first + i) & mask];
       if (slot->entry == &entry) {
         return slot;
       }
@@ -242,23 +274,20 @@ class ChainIndex {
 
   // Frees a slot, and moves into it what stands behind and would not be found over a free one.
   void close(std::size_t gap) {
-    for (std::size_t i = (gap + 1) & mask_; slots_[i].entry != nullptr; i = (i + 1) & mask_) {
-      std::size_t const wanted = slots_[i].hash & mask_;
-      if (((i - wanted) & mask_) >= ((i - gap) & mask_)) {
-        slots_[gap] = slots_[i];
+    Slot* const slots = built_->slots;
+    std::size_t const mask = built_->mask;
+    for (std::size_t i = (gap + 1) & mask; slots[i].entry != nullptr; i = (i + 1) & mask) {
+      std::size_t const wanted = slots[i].hash & mask;
+      if (((i - wanted) & mask) >= ((i - gap) & mask)) {
+        slots[gap] = slots[i];
         gap = i;
       }
     }
-    slots_[gap].entry = nullptr;
+    slots[gap].entry = nullptr;
   }
 
-  Slot* slots_ = nullptr;
-  Entry*** ends_ = nullptr;
-  std::size_t mask_ = 0;  // their number, a power of two, less one
-  std::size_t used_ = 0;
+  Built* built_ = nullptr;
   std::size_t walked_ = 0;  // entries looked at beyond what short chains take, since the last drop
-  std::uint32_t seed_ = 0;
-  std::uint32_t changes_ = 0;  // of key texts, when it was built
 };
 
 }  // namespace tarselvalues

@@ -131,11 +131,46 @@ struct lvString::ChainLinks {
   static std::uint32_t hash(char const* text, int length, std::uint32_t seed) {
     return tarselvalues::hashBytes(text, static_cast<std::size_t>(length), seed);
   }
+  static bool isFindable(Entry const& /*entry*/) { return true; }
+  static void watch(Entry const& entry) { entry.markKeyText(); }
 };
 
 // The chains of the one table, and the index that finds what is in them. Requires the table's lock.
 class lvString::Chains {
  public:
+  // Returns the entry with these bytes; if there is none, the one with them that `make()` makes.
+  template <class Make>
+  static StringEntry* findOrAdd(char const* text, int length, unsigned int hash, Make make) {
+    StringEntry** link = find(text, length, hash);
+    if (*link == nullptr) {
+      unsigned const before = changes;
+      StringEntry* const made = make();
+      if (changes != before) {  // A std::new_handler has been at work.
+        link = find(made->getText(), length, hash);
+      }
+      if (*link == nullptr) {
+        made->markInterned(hash);
+        add(*made, link, hash);
+      } else {
+        made->releaseData();
+        delete made;
+      }
+    }
+    return *link;
+  }
+
+  // Takes an entry out; one that is not in is ignored.
+  static void remove(StringEntry& entry) {
+    StringEntry** const link = index.isReady() ? index.remove(entry) : walkTo(entry);
+    if (link != nullptr) {
+      *link = entry.next_;
+      entry.next_ = nullptr;
+      --entries;
+      ++changes;
+    }
+  }
+
+ private:
   // Returns the link that leads to the entry with these bytes, or the null link that ends its chain.
   static StringEntry** find(char const* text, int length, unsigned int hash) {
     HashTable& table = *getHashTable();
@@ -162,22 +197,12 @@ class lvString::Chains {
   static void add(StringEntry& entry, StringEntry** link, unsigned int hash) {
     *link = &entry;
     ++entries;
+    ++changes;
     if (index.isReady()) {
       index.add(entry, link, hash % getHashTable()->bucketCount_);
     }
   }
 
-  // Takes an entry out; one that is not in is ignored.
-  static void remove(StringEntry& entry) {
-    StringEntry** const link = index.isReady() ? index.remove(entry) : walkTo(entry);
-    if (link != nullptr) {
-      *link = entry.next_;
-      entry.next_ = nullptr;
-      --entries;
-    }
-  }
-
- private:
   static StringEntry** walkTo(StringEntry& entry) {
     HashTable& table = *getHashTable();
     std::uint32_t const chain = entry.hashCode() % table.bucketCount_;
@@ -198,10 +223,12 @@ class lvString::Chains {
   }
 
   static std::size_t entries;
+  static unsigned changes;  // of the chains
   static tarselvalues::ChainIndex<ChainLinks> index;
 };
 
 std::size_t lvString::Chains::entries = 0;
+unsigned lvString::Chains::changes = 0;
 tarselvalues::ChainIndex<lvString::ChainLinks> lvString::Chains::index;
 
 lvString::StringEntry* lvString::findStringObject(char const* text, int length, int mode,
@@ -219,19 +246,7 @@ lvString::StringEntry* lvString::findStringObject(char const* text, int length, 
   } else if (hash == UnknownHash) {
     hash = lvrString::computeHashCode(text, length);
   }
-  StringEntry* found = *Chains::find(text, length, hash);
-  if (found == nullptr) {
-    std::unique_ptr<StringEntry> made(makeEntry(text, length, mode));
-    // A std::new_handler may have changed the chain.
-    StringEntry** const link = Chains::find(text, length, hash);
-    if (*link != nullptr) {
-      return *link;
-    }
-    made->markInterned(hash);
-    found = made.release();
-    Chains::add(*found, link, hash);
-  }
-  return found;
+  return Chains::findOrAdd(text, length, hash, [&] { return makeEntry(text, length, mode); });
 }
 
 // Returns a new entry with this text. It is in no chain.
@@ -280,23 +295,14 @@ lvString lvString::internBuffer(char* buffer, int length) {
   unsigned int const hash = lvrString::computeHashCode(buffer, length);
   lvString result;
   TableGuard const guard;
-  StringEntry* found = *Chains::find(buffer, length, hash);
-  if (found == nullptr) {
-    std::unique_ptr<StringEntry> made(new StringEntry);
-    // A std::new_handler may have changed the chain.
-    StringEntry** const link = Chains::find(buffer, length, hash);
-    found = *link;
-    if (found == nullptr) {
-      std::size_t const bytes = static_cast<std::size_t>(length);
-      char* const cut = static_cast<char*>(std::realloc(owned.get(), bytes + 1));
-      char* const kept = owned.release();
-      made->adoptBufferFast(cut != nullptr ? cut : kept, bytes);
-      made->markInterned(hash);
-      found = made.release();
-      Chains::add(*found, link, hash);
-    }
-  }
-  result.setReferencableFast(*found);
+  result.setReferencableFast(*Chains::findOrAdd(buffer, length, hash, [&] {
+    auto* const made = new StringEntry;
+    std::size_t const bytes = static_cast<std::size_t>(length);
+    char* const cut = static_cast<char*>(std::realloc(owned.get(), bytes + 1));
+    char* const kept = owned.release();
+    made->adoptBufferFast(cut != nullptr ? cut : kept, bytes);
+    return made;
+  }));
   return result;
 }
 
