@@ -1,5 +1,7 @@
 #include "tarselvalues/core/lvValue.h"
 
+#include <cstddef>
+#include <cstring>
 #include <utility>
 
 lvValue::lvValue(lvrString const& string) { setStringFast(string); }
@@ -44,6 +46,12 @@ int lvValue::setString(lvrString const& string) {
 }
 
 int lvValue::setStringFast(char const* text, int length, int mode) {
+  if (text != nullptr) {
+    std::size_t const bytes = length < 0 ? std::strlen(text) : static_cast<std::size_t>(length);
+    if (lvrString::fitsOneBlock(bytes, mode)) {
+      return setStringFast(*lvrString::make<lvrString>(text, bytes));
+    }
+  }
   auto* const string = new lvrString;
   setStringFast(*string);
   string->setStringDataFast(text, length, mode);

@@ -5,9 +5,9 @@
 // are plain lvrString objects; lvString makes interned ones.
 //
 // Ownership, threads, bookkeeping bits: as for lvArg.
-// Errors:    operations that return int answer 0. Out of memory for the string object is
-//            std::bad_alloc and leaves the cell as it was; out of memory for its text leaves a
-//            string without text and is not reported.
+// Errors:    operations that return int answer 0. Out of memory for the string object, with which a
+//            text of up to 128 bytes is one block, is std::bad_alloc and leaves the cell as it was;
+//            out of memory for a longer text leaves a string without text and is not reported.
 #pragma once
 
 #include "tarselvalues/core/Export.h"

@@ -340,16 +340,24 @@ struct Values {
 
 TEST(ValueOutOfMemory, IsToldForTheStringObjectAndLeavesItWithoutTextForTheText) {
   char const* const saysNothing = "throws, says nothing";
+  static std::string const text(200, 'n');
   exhaust<Values>(
       "lvValue", "setString", saysNothing,
-      [](Values& with) { return with.value.setString("new", -1, CopyAndOwn); },
+      [](Values& with) { return with.value.setString(text.c_str(), -1, CopyAndOwn); },
       "'<no text>' held 1; nil; 'text' held 1; ");
   exhaust<Values>(
       "lvValue", "setStringFast", saysNothing,
-      [](Values& with) { return with.nil.setStringFast("new", -1, CopyAndOwn); },
+      [](Values& with) { return with.nil.setStringFast(text.c_str(), -1, CopyAndOwn); },
       "'old' held 1; '<no text>' held 1; 'text' held 1; ");
   exhaust<Values>("lvValue", "toString", "throws, '<no text>'",
                   [](Values&) { return lvValue(integer(4)).toString(); });
+}
+
+TEST(ValueOutOfMemory, IsToldForAShortTextWhichIsOneBlockWithItsString) {
+  exhaust<Values>("lvValue", "setString", "throws",
+                  [](Values& with) { return with.value.setString("new", -1, CopyAndOwn); });
+  exhaust<Values>("lvValue", "setStringFast", "throws",
+                  [](Values& with) { return with.nil.setStringFast("new", -1, CopyAndOwn); });
 }
 
 TEST(ValueOutOfMemory, NeedsNoMemoryForStringsThatAreThere) {
