@@ -50,6 +50,32 @@ packages_for_fuzz=(
   ninja-build
 )
 
+packages_for_bench=(
+  ccache
+  cmake
+  g++
+  libbenchmark-dev
+  libboost1.81-dev
+  libglib2.0-dev
+  ninja-build
+  nlohmann-json3-dev
+  pkg-config
+  python3
+  qt6-base-dev
+  rapidjson-dev
+)
+
+packages_for_bench_i686=(
+  ccache
+  cmake
+  g++-i686-linux-gnu
+  libboost1.81-dev
+  ninja-build
+  nlohmann-json3-dev
+  python3
+  rapidjson-dev
+)
+
 # ensure_packages PACKAGE...
 #
 # Installs those that are missing, as root; else prints the line that does, and fails. When nothing is
@@ -83,4 +109,38 @@ ensure_packages() {
   apt-get -q update || return
   DEBIAN_FRONTEND=noninteractive apt-get -q install --yes --no-install-recommends \
     -o Dpkg::Use-Pty=0 "${missing[@]}"
+}
+
+# ensure_source PACKAGE FOLDER
+#
+# Sees to it that the folder holds the sources of a Debian package, as their authors publish them.
+# Uses the package sources of this machine, of which it asks for the sources too, in lists of its own.
+ensure_source() {
+  local package=$1
+  local folder
+  folder=$(realpath --no-symlinks "$2")
+  if [ -e "$folder/CMakeLists.txt" ]; then
+    return 0
+  fi
+
+  local room="$folder.apt"
+  mkdir -p "$room/parts" "$room/lists/partial" "$room/archives/partial" "$folder"
+  local file
+  for file in /etc/apt/sources.list /etc/apt/sources.list.d/*; do
+    if [ -s "$file" ] && grep --quiet 'debian.org' "$file"; then
+      sed -E -e 's/^Types: deb$/Types: deb-src/' -e 's/^deb /deb-src /' "$file" \
+        >"$room/parts/$(basename "$file")"
+    fi
+  done
+  local options=(
+    -o "Dir::Etc::SourceList=/dev/null"
+    -o "Dir::Etc::SourceParts=$room/parts"
+    -o "Dir::State::Lists=$room/lists"
+    -o "Dir::Cache=$room"
+    -o "APT::Sandbox::User="
+  )
+  apt-get -q "${options[@]}" update || return
+  (cd "$room" && apt-get -q "${options[@]}" source --download-only "$package") || return
+  tar --extract --file "$room"/*.orig.tar.* --directory "$folder" --strip-components 1
+  rm -rf "$room"
 }

@@ -1,0 +1,107 @@
+// Hash maps that are left at the size they are made with by default.
+
+#include <tarselvalues/tarselvalues.h>
+
+#include <any>
+#include <boost/unordered/unordered_flat_map.hpp>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <unordered_map>
+
+#include "bench/Bench.h"
+#include "bench/Maps.h"
+#include "bench/StandardValues.h"
+
+namespace bench {
+
+namespace {
+
+class OurMap {
+ public:
+  using Key = lvArg;
+  using Value = lvArg;
+
+  static lvArg makeKey(Keys const& keys, int number) {
+    lvArg integer;
+    if (keys.textOf == nullptr) {
+      integer.setInt(number * keys.factor);
+      return integer;
+    }
+    std::string const text = keys.textOf(number);
+    return keys.interned ? lvString(text.c_str()) : makeValue(text);
+  }
+  static lvArg makeValue(std::string const& text) {
+    lvValue value;
+    value.setString(text.c_str(), -1, lvrString::CopyAndOwn);
+    return value;
+  }
+
+  OurMap() : handle(lvrHashMap::DefaultHashSize), map(handle.getMap()) {}
+  void put(lvArg const& key, lvArg const& value) { map->put(key, value); }
+  lvArg get(lvArg const& key) const { return map->get(key); }
+
+ private:
+  lvHashMap handle;
+  lviMap* map;
+};
+
+// A hash map of the standard library, or one like it.
+template <class Container>
+class StandardMap {
+ public:
+  using Key = typename Container::key_type;
+  using Value = typename Container::mapped_type;
+
+  static Key makeKey(Keys const& keys, int number) {
+    if constexpr (std::is_same_v<Key, int>) {
+      return number * keys.factor;
+    } else {
+      return keys.textOf(number);
+    }
+  }
+  static Value makeValue(std::string const& text) { return sharedText(text); }
+
+  void put(Key const& key, Value const& value) { container[key] = value; }
+  Value get(Key const& key) const { return container.find(key)->second; }
+
+ private:
+  Container container;
+};
+
+class NlohmannMap {
+ public:
+  using Key = std::string;
+  using Value = nlohmann::json;
+
+  static std::string makeKey(Keys const& keys, int number) { return keys.textOf(number); }
+  static nlohmann::json makeValue(std::string const& text) { return text; }
+
+  void put(std::string const& key, nlohmann::json const& value) { object[key] = value; }
+  nlohmann::json get(std::string const& key) const { return *object.find(key); }
+
+ private:
+  nlohmann::json object = nlohmann::json::object();
+};
+
+template <class Key>
+void addStandard(Keys const& keys) {
+  addMap<StandardMap<std::unordered_map<Key, SharedText>>>("std::shared_ptr", keys);
+  addMap<StandardMap<std::unordered_map<Key, std::any>>>("std::any", keys);
+  addMap<StandardMap<boost::unordered_flat_map<Key, SharedText>>>("Boost.Unordered", keys);
+}
+
+void addAll() {
+  for (Keys const* const keys :
+       {&Integers, &MultiplesOfSeven, &TextKeys, &InternedKeys, &KeysOfOneHash}) {
+    addMap<OurMap>("ours", *keys);
+  }
+  addStandard<int>(Integers);
+  addStandard<std::string>(TextKeys);
+  addMap<NlohmannMap>("nlohmann", TextKeys);
+}
+
+Registration const registration(addAll);
+
+}  // namespace
+
+}  // namespace bench

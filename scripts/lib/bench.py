@@ -1,0 +1,224 @@
+"""Makes tables of what the benchmarks measured, and compares them with the goals.
+
+usage: bench.py RESULTS GOALS [--update PAGE NAME]
+
+RESULTS is a folder of Google Benchmark's JSON files, one for each program, named after it. What is
+in NAME-second-thread.json was measured with a second thread in the process. GOALS is
+bench/goals.toml. With --update the tables are also put into the page, between its lines
+<!-- NAME: begin --> and <!-- NAME: end -->.
+"""
+
+import collections
+import datetime
+import json
+import pathlib
+import re
+import statistics
+import sys
+import tomllib
+
+OURS = "ours"
+FLOOR = "floor: "
+SECOND_THREAD = "-second-thread"
+
+# One row: a work at a size, with the time, in nanoseconds, of everyone who did it, or why not.
+Row = collections.namedtuple("Row", "work size times")
+Result = collections.namedtuple("Result", "wanted ratio met because")
+
+
+# ---- Reading ------------------------------------------------------------------------------------
+
+
+def read_rows(path):
+    """Returns the rows of one file: works as the program names them, each from its least size on."""
+    with open(path, encoding="utf-8") as file:
+        runs = json.load(file)["benchmarks"]
+    samples = collections.OrderedDict()
+    for run in sorted(runs, key=lambda each: (each["family_index"], each["per_family_instance_index"])):
+        if run["run_type"] != "iteration":
+            continue
+        work, who, *size = run["name"].split("/")
+        if path.stem.endswith(SECOND_THREAD):
+            work += ", with a second thread"
+        key = (work, int(size[0]) if size else None)
+        times = samples.setdefault(key, {}).setdefault(who, [])
+        if run.get("error_occurred"):
+            times.append(run["error_message"])
+        else:
+            times.append(run["cpu_time"] * UNITS[run["time_unit"]] / run.get("times", 1))
+    works = list(dict.fromkeys(work for work, _ in samples))
+    return [
+        Row(work, size, {who: judge_samples(times) for who, times in samples[work, size].items()})
+        for work, size in sorted(samples, key=lambda key: (works.index(key[0]), key[1] or 0))
+    ]
+
+
+UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+
+
+def judge_samples(times):
+    errors = [time for time in times if isinstance(time, str)]
+    return errors[0] if errors else statistics.median(times)
+
+
+def read_tables(folder):
+    """Returns a list of rows for each program, with and without a second thread."""
+    tables = collections.OrderedDict()
+    for path in sorted(folder.glob("*.json")):
+        name = path.stem.removesuffix(SECOND_THREAD).removesuffix("Bench")
+        tables.setdefault(name, []).extend(read_rows(path))
+    return tables
+
+
+# ---- Judging ------------------------------------------------------------------------------------
+
+
+def time_of(row, who):
+    time = row.times.get(who)
+    return time if isinstance(time, float) else None
+
+
+def best(row, fits):
+    times = [time_of(row, who) for who in row.times if fits(who)]
+    return min((time for time in times if time is not None), default=None)
+
+
+def best_peer(row):
+    return best(row, lambda who: who != OURS and not who.startswith(FLOOR))
+
+
+def measure_of(goal, row, sizes):
+    """Returns the time that a goal compares ours with, or None. `sizes` has the work's rows."""
+    of = goal["of"]
+    if of == "best peer":
+        return best_peer(row)
+    if of == "best floor":
+        return best(row, lambda who: who.startswith(FLOOR))
+    if of == "half the size" or of.startswith("size "):
+        size = row.size // 2 if of == "half the size" else int(of.removeprefix("size "))
+        return time_of(sizes[size], OURS) if size in sizes else None
+    return time_of(row, of)
+
+
+def results_of(row, sizes, goals):
+    """Returns what the goals say about a row."""
+    results = []
+    for goal in goals:
+        if not re.fullmatch(goal["works"], row.work) or goal.get("size", row.size) != row.size:
+            continue
+        measure = measure_of(goal, row, sizes)
+        if measure is None:
+            continue
+        ours = time_of(row, OURS)
+        ratio = ours / measure if ours is not None else None
+        wanted = "%g of %s" % (goal["at_most"], goal["of"].removeprefix(FLOOR))
+        met = ratio is not None and ratio <= goal["at_most"]
+        results.append(Result(wanted, ratio, met, goal.get("because", "")))
+    return results
+
+
+# ---- Printing -----------------------------------------------------------------------------------
+
+
+def show_time(time):
+    if time is None:
+        return ""
+    if isinstance(time, str):
+        return time
+    for unit, length in (("s", 1e9), ("ms", 1e6), ("us", 1e3)):
+        if time >= length:
+            return "%.3g %s" % (time / length, unit) if time < 999.5 * length else "%.0f s" % (time / 1e9)
+    return "%.3g ns" % time
+
+
+def show_ratio(ratio):
+    return "" if ratio is None else "%.2f" % ratio if ratio < 9.995 else "%.0f" % ratio
+
+
+def show_floors(row):
+    floors = [who for who in row.times if who.startswith(FLOOR)]
+    return "; ".join(
+        "%s (%s)" % (show_time(row.times[who]), who.removeprefix(FLOOR)) for who in floors
+    )
+
+
+def show_verdict(results):
+    wanted = "; ".join(result.wanted for result in results)
+    ratios = "; ".join(show_ratio(result.ratio) or "-" for result in results)
+    missed = [result for result in results if not result.met]
+    met = "" if not results else "no" if missed else "yes"
+    because = "; ".join(sorted({result.because for result in missed if result.because}))
+    return [wanted, ratios, met + (": " + because if because else "")]
+
+
+def cells_of(row, peers, sized, results):
+    ours = time_of(row, OURS)
+    peer = best_peer(row)
+    return (
+        [row.work]
+        + (["{:,}".format(row.size) if row.size is not None else ""] if sized else [])
+        + [show_time(row.times.get(who)) for who in [OURS] + peers]
+        + [show_floors(row), show_ratio(ours / peer if ours and peer else None)]
+        + show_verdict(results)
+    )
+
+
+def table_of(rows, goals):
+    """Returns the lines of a table, and how many goals there are in it and how many are met."""
+    peers = list(dict.fromkeys(who for row in rows for who in row.times))
+    peers = [who for who in peers if who != OURS and not who.startswith(FLOOR)]
+    sized = any(row.size is not None for row in rows)
+    head = ["work"] + (["size"] if sized else []) + [OURS] + peers
+    lines = [head + ["floor", "ours / best peer", "goal: at most", "is", "met"]]
+    all_results = []
+    for row in rows:
+        sizes = {each.size: each for each in rows if each.work == row.work}
+        results = results_of(row, sizes, goals)
+        all_results += results
+        lines.append(cells_of(row, peers, sized, results))
+    used = [i for i in range(len(lines[0])) if any(line[i] for line in lines[1:])]
+    lines = [[line[i] for i in used] for line in lines]
+    widths = [max(len(line[i]) for line in lines) for i in range(len(used))]
+    lines.insert(1, ["-" * width for width in widths])
+    padded = [" | ".join(cell.ljust(width) for cell, width in zip(line, widths)) for line in lines]
+    return ["| " + line + " |" for line in padded], all_results
+
+
+def machine():
+    with open("/proc/cpuinfo", encoding="utf-8") as file:
+        models = re.findall(r"^model name\s*: (.*)$", file.read(), re.MULTILINE)
+    return "%s, %d cores" % (models[0], len(models)) if models else "unknown machine"
+
+
+def page_of(tables, goals):
+    lines = ["%s, %s." % (datetime.date.today().isoformat(), machine())]
+    everything = []
+    for name, rows in tables.items():
+        table, results = table_of(rows, goals)
+        everything += results
+        lines += ["", "### " + name, ""] + table
+    met = sum(result.met for result in everything)
+    return lines + ["", "%d of %d goals are met." % (met, len(everything))]
+
+
+def update(page, name, lines):
+    path = pathlib.Path(page)
+    begin, end = "<!-- %s: begin -->" % name, "<!-- %s: end -->" % name
+    before, found, rest = path.read_text(encoding="utf-8").partition(begin)
+    _, found_too, after = rest.partition(end)
+    if not found or not found_too:
+        raise ValueError("%s has no lines %s and %s" % (page, begin, end))
+    path.write_text("\n".join([before + begin, *lines, end]) + after, encoding="utf-8")
+
+
+def main(results, goals_path, *options):
+    with open(goals_path, "rb") as file:
+        goals = tomllib.load(file)["goal"]
+    lines = page_of(read_tables(pathlib.Path(results)), goals)
+    print("\n".join(lines))
+    if options:
+        update(options[1], options[2], lines)
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])
