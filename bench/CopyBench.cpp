@@ -2,7 +2,6 @@
 // never had a second thread, and with --second-thread in one that has.
 
 #include <benchmark/benchmark.h>
-#include <pthread.h>
 #include <tarselvalues/tarselvalues.h>
 
 #include <any>
@@ -13,6 +12,7 @@
 
 #include "bench/Bench.h"
 #include "bench/Copying.h"
+#include "bench/Floors.h"
 #include "bench/StandardValues.h"
 
 namespace bench {
@@ -70,54 +70,6 @@ void makeShared(benchmark::State& state) {
 
 // ---- Floors ------------------------------------------------------------------------------------
 
-void initRecursive(pthread_mutex_t& mutex) {
-  pthread_mutexattr_t attributes;
-  pthread_mutexattr_init(&attributes);
-  pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-  pthread_mutex_init(&mutex, &attributes);
-  pthread_mutexattr_destroy(&attributes);
-}
-
-// A count, and the mutex around it.
-class LockedCount {
- public:
-  LockedCount() { initRecursive(mutex); }
-  ~LockedCount() { pthread_mutex_destroy(&mutex); }
-  LockedCount(LockedCount const&) = delete;
-  LockedCount& operator=(LockedCount const&) = delete;
-
-  void change(int by) {
-    pthread_mutex_lock(&mutex);
-    count += by;
-    pthread_mutex_unlock(&mutex);
-  }
-
- private:
-  pthread_mutex_t mutex = {};
-  int count = 0;
-};
-
-void countLocked(benchmark::State& state) {
-  LockedCount count;
-  for (auto _ : state) {
-    count.change(1);
-    benchmark::ClobberMemory();
-    count.change(-1);
-    benchmark::ClobberMemory();
-  }
-}
-
-void countPlainly(benchmark::State& state) {
-  int count = 0;
-  benchmark::DoNotOptimize(&count);
-  for (auto _ : state) {
-    ++count;
-    benchmark::ClobberMemory();
-    --count;
-    benchmark::ClobberMemory();
-  }
-}
-
 // A block of the object's size that has a mutex in it.
 template <class Object, bool Locked>
 void makeBlock(benchmark::State& state) {
@@ -151,8 +103,7 @@ void addAll() {
   addStandard<VariantValue>();
   addStandard<std::any>();
   for (char const* const work : {"copy and release a string", "assign a string"}) {
-    add(work, "floor: two lock pairs", countLocked);
-    add(work, "floor: up and down", countPlainly);
+    addCountingFloors(work);
   }
   addIntegers("ours", ourInteger(1), ourInteger(2));
   addIntegers("std::variant", VariantValue(1), VariantValue(2));

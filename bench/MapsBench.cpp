@@ -10,32 +10,16 @@
 
 #include "bench/Bench.h"
 #include "bench/Maps.h"
+#include "bench/OurCells.h"
+#include "bench/StandardMaps.h"
 #include "bench/StandardValues.h"
 
 namespace bench {
 
 namespace {
 
-class OurMap {
+class OurMap : public OurCells {
  public:
-  using Key = lvArg;
-  using Value = lvArg;
-
-  static lvArg makeKey(Keys const& keys, int number) {
-    lvArg integer;
-    if (keys.textOf == nullptr) {
-      integer.setInt(number * keys.factor);
-      return integer;
-    }
-    std::string const text = keys.textOf(number);
-    return keys.interned ? lvString(text.c_str()) : makeValue(text);
-  }
-  static lvArg makeValue(std::string const& text) {
-    lvValue value;
-    value.setString(text.c_str(), -1, lvrString::CopyAndOwn);
-    return value;
-  }
-
   OurMap() : handle(lvrHashMap::DefaultHashSize), map(handle.getMap()) {}
   void put(lvArg const& key, lvArg const& value) { map->put(key, value); }
   lvArg get(lvArg const& key) const { return map->get(key); }
@@ -43,29 +27,6 @@ class OurMap {
  private:
   lvHashMap handle;
   lviMap* map;
-};
-
-// A hash map of the standard library, or one like it.
-template <class Container>
-class StandardMap {
- public:
-  using Key = typename Container::key_type;
-  using Value = typename Container::mapped_type;
-
-  static Key makeKey(Keys const& keys, int number) {
-    if constexpr (std::is_same_v<Key, int>) {
-      return number * keys.factor;
-    } else {
-      return keys.textOf(number);
-    }
-  }
-  static Value makeValue(std::string const& text) { return sharedText(text); }
-
-  void put(Key const& key, Value const& value) { container[key] = value; }
-  Value get(Key const& key) const { return container.find(key)->second; }
-
- private:
-  Container container;
 };
 
 class NlohmannMap {

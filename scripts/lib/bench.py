@@ -20,6 +20,7 @@ import tomllib
 OURS = "ours"
 FLOOR = "floor: "
 SECOND_THREAD = "-second-thread"
+NO_SUCH = object()
 
 # One row: a work at a size, with the time, in nanoseconds, of everyone who did it, or why not.
 Row = collections.namedtuple("Row", "work size times")
@@ -64,7 +65,7 @@ def judge_samples(times):
 def read_tables(folder):
     """Returns a list of rows for each program, with and without a second thread."""
     tables = collections.OrderedDict()
-    for path in sorted(folder.glob("*.json")):
+    for path in sorted(folder.glob("*.json"), key=lambda each: each.stem):
         name = path.stem.removesuffix(SECOND_THREAD).removesuffix("Bench")
         tables.setdefault(name, []).extend(read_rows(path))
     return tables
@@ -88,16 +89,15 @@ def best_peer(row):
 
 
 def measure_of(goal, row, sizes):
-    """Returns the time that a goal compares ours with, or None. `sizes` has the work's rows."""
+    """Returns the time that a goal compares ours with, None if it was not to be had, or NO_SUCH if
+    the goal does not concern the row. `sizes` has the rows of the same work."""
     of = goal["of"]
     if of == "best peer":
         return best_peer(row)
-    if of == "best floor":
-        return best(row, lambda who: who.startswith(FLOOR))
     if of == "half the size" or of.startswith("size "):
         size = row.size // 2 if of == "half the size" else int(of.removeprefix("size "))
-        return time_of(sizes[size], OURS) if size in sizes else None
-    return time_of(row, of)
+        return time_of(sizes[size], OURS) if size in sizes else NO_SUCH
+    return time_of(row, of) if of in row.times else NO_SUCH
 
 
 def results_of(row, sizes, goals):
@@ -107,10 +107,10 @@ def results_of(row, sizes, goals):
         if not re.fullmatch(goal["works"], row.work) or goal.get("size", row.size) != row.size:
             continue
         measure = measure_of(goal, row, sizes)
-        if measure is None:
+        if measure is NO_SUCH:
             continue
         ours = time_of(row, OURS)
-        ratio = ours / measure if ours is not None else None
+        ratio = ours / measure if ours is not None and measure is not None else None
         wanted = "%g of %s" % (goal["at_most"], goal["of"].removeprefix(FLOOR))
         met = ratio is not None and ratio <= goal["at_most"]
         results.append(Result(wanted, ratio, met, goal.get("because", "")))
