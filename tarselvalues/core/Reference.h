@@ -1,6 +1,6 @@
 // How the library itself takes and drops references. Not for users: they hold cells.
 //
-// A count is touched here and in lvReferencable::__removeRef() only. It says how many cells,
+// A count is touched in Counting, in KeptAlive and in lvReferencable::__removeRef() only. It says how many cells,
 // handles and cursors hold the object; see lvReferencable.h for its other values.
 #pragma once
 
@@ -12,6 +12,8 @@ class lvArg;
 class lvReferencable;
 
 namespace tarselvalues {
+
+struct Counting;
 
 // Takes a reference: locks `object`, increments its count, unlocks.
 TARSELVALUES_INTERNAL void takeReference(lvReferencable const& object) noexcept;

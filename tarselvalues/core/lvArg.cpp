@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "tarselvalues/core/Address.h"
+#include "tarselvalues/core/Counting.h"
 #include "tarselvalues/core/Reference.h"
 #include "tarselvalues/core/lvReferencable.h"
 
@@ -24,7 +25,7 @@ std::uintptr_t wordOf(lvReferencable const& object) {
 // Drops the reference that a cell has just given up, if it held one.
 int drop(lvReferencable* old) {
   if (old != nullptr) {
-    old->__removeRef();
+    tarselvalues::Counting::drop(*old);
   }
   return 0;
 }
@@ -66,9 +67,15 @@ lvArg const lvArg::FalseValue(IntType, 0);
 
 lvArg::lvArg(lvReferencable const& object) : lvArg() { setReferencableFast(object); }
 
-lvArg::lvArg(lvArg const& other) : lvArg() {
-  assignFast(other);
-  tagWord_ = (other.tagWord_ & ~TagMask) | getType();
+lvArg::lvArg(lvArg const& other) : tagWord_(other.tagWord_), payload_(other.payload_) {
+  if (isReference()) {
+    if (payload_ != 0) {
+      tarselvalues::Counting::take(*object());
+    }
+  } else if (getType() != IntType && getType() != PointerType) {
+    setTag(NilType);
+    payload_ = 0;
+  }
 }
 
 bool lvArg::eq(lvArg const& other) const { return isSame(other); }
@@ -187,7 +194,7 @@ void lvArg::exchange(lvArg& other) noexcept {
 int lvArg::assignFast(lvArg const& src) {
   if (src.isReference()) {
     if (src.payload_ != 0) {
-      tarselvalues::takeReference(*src.object());
+      tarselvalues::Counting::take(*src.object());
     }
     set(src.getType(), src.payload_);
   } else if (src.getType() == IntType || src.getType() == PointerType) {
@@ -203,7 +210,7 @@ int lvArg::setReferencableFast(lvReferencable const& object) {
 }
 
 int lvArg::setReferencableFast(lvReferencable const& object, ValueType type) {
-  tarselvalues::takeReference(object);
+  tarselvalues::Counting::take(object);
   set(type, wordOf(object));
   return 0;
 }

@@ -7,6 +7,7 @@
 #include "tarselvalues/core/Address.h"
 #include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
+#include "tarselvalues/core/Counting.h"
 #include "tarselvalues/core/ObjectLock.h"
 #include "tarselvalues/core/Reference.h"
 #include "tarselvalues/core/lvString.h"
@@ -54,13 +55,10 @@ lvReferencable* linkIn(pthread_mutex_t const& place) {
 
 namespace tarselvalues {
 
-void takeReference(lvReferencable const& object) noexcept {
-  ObjectLock const guard(object.mutex_);
-  ++object.count_;
-}
+void takeReference(lvReferencable const& object) noexcept { Counting::take(object); }
 
 void dropReference(lvReferencable const& object) {
-  const_cast<lvReferencable&>(object).__removeRef();
+  Counting::drop(const_cast<lvReferencable&>(object));
 }
 
 bool mayRunProgram(lvReferencable const& object) { return !isOwnString(object); }

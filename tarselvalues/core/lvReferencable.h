@@ -128,7 +128,7 @@ class TARSELVALUES_API lvReferencable {
  private:
   template <class T>
   friend struct lvLayoutAccess;
-  friend void tarselvalues::takeReference(lvReferencable const& object) noexcept;
+  friend struct tarselvalues::Counting;
   friend class tarselvalues::KeptAlive;
 
   // Type byte: bits 0-1 lifetime (immortal when both are set), bits 2-3 left to derived classes,

@@ -289,10 +289,16 @@ unsigned int lvrString::computeHashCode(char const* text, int length) {
   constexpr int longText = 18;  // From here on only the bytes before the last one are mixed in.
   constexpr int mixedOfLong = 17;
 
+  auto const byteAt = [text](int i) { return std::uint32_t{static_cast<unsigned char>(text[i])}; };
   int const end = length < longText ? length : length - 1;
-  std::uint32_t hash = start + static_cast<unsigned char>(text[0]);
-  for (int i = length < longText ? 0 : end - mixedOfLong; i < end; ++i) {
-    hash = hash * factor + static_cast<unsigned char>(text[i]);
+  int i = length < longText ? 0 : end - mixedOfLong;
+  std::uint32_t hash = start + byteAt(0);
+  for (; end - i >= 4; i += 4) {  // Four steps in one: their products do not wait for each other.
+    hash = hash * (factor * factor * factor * factor) + byteAt(i) * (factor * factor * factor) +
+           byteAt(i + 1) * (factor * factor) + (byteAt(i + 2) * factor + byteAt(i + 3));
+  }
+  for (; i < end; ++i) {
+    hash = hash * factor + byteAt(i);
   }
   return hash + static_cast<std::uint32_t>(length) * lengthFactor;
 }
