@@ -19,9 +19,6 @@ namespace {
 constexpr int OutOfMemory = -12;
 constexpr int NotSupported = -38;
 
-// A stored length of this value means: that or more, to be counted in the text.
-constexpr std::uint16_t UncountedLength = 65535;
-
 // Bits of the mode argument of the setters.
 constexpr int CopyBits = 3;
 constexpr int OwnBit = 2;
@@ -311,9 +308,6 @@ void lvrString::markInterned(unsigned int hash) {
 void lvrString::adoptBufferFast(char* buffer, std::size_t newLength) {
   storeText(buffer, newLength, false);
 }
-
-// A string without text has nothing to count.
-bool lvrString::isKnownLength() const { return length_ != UncountedLength || text_ == nullptr; }
 
 unsigned int lvrString::computeOwnHash() const {
   return text_ != nullptr ? computeHashCode(text_, getLength()) : computeHashCode(strEmpty, 0);

@@ -169,7 +169,10 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   static constexpr unsigned OneBlockBit = SecondOwnBit;  // the text stands behind the object
 
   bool hasFlag(Flag flag) const { return (flags_.load(std::memory_order_acquire) & flag) != 0; }
-  bool isKnownLength() const;
+  // A stored length of this value means: that or more, to be counted in the text.
+  static constexpr std::uint16_t UncountedLength = 65535;
+  // A string without text has nothing to count.
+  bool isKnownLength() const { return length_ != UncountedLength || text_ == nullptr; }
   bool hasSameBytes(lvrString const& other) const;
   unsigned int computeOwnHash() const;
   bool ownsTextAt(char const* address) const;
