@@ -480,12 +480,17 @@ lvrHashMap::RealEnumerator::RealEnumerator(lvrHashMap const& map) : seenRemovals
 
 lvrHashMap::RealEnumerator::~RealEnumerator() { tarselvalues::dropReference(*logic.map); }
 
-// The logic, brought up to date with the entries that have gone since it was last used.
-lvrHashMap::IteratorLogic& lvrHashMap::RealEnumerator::upToDate() const {
-  if (seenRemovals != logic.map->removals()) {
+// Tells the logic of the entries that have gone since it was last used.
+void lvrHashMap::bringUpToDate(IteratorLogic& logic, std::uint64_t& seen) {
+  std::uint64_t const removals = logic.map->removals();
+  if (seen != removals) {
     logic.resume();
-    seenRemovals = logic.map->removals();
+    seen = removals;
   }
+}
+
+lvrHashMap::IteratorLogic& lvrHashMap::RealEnumerator::upToDate() const {
+  bringUpToDate(logic, seenRemovals);
   return logic;
 }
 
@@ -494,3 +499,10 @@ bool lvrHashMap::RealEnumerator::next() { return upToDate().next(); }
 lvArg lvrHashMap::RealEnumerator::getKey() const { return upToDate().getKey(); }
 
 lvArg lvrHashMap::RealEnumerator::getValue() const { return upToDate().getValue(); }
+
+void lvrHashMap::Walk::watch() { seenRemovals = logic.map->removals(); }
+
+lvrHashMap::HashEntry const* lvrHashMap::Walk::next() {
+  bringUpToDate(logic, seenRemovals);
+  return logic.next() ? logic.current : nullptr;
+}

@@ -102,6 +102,35 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
     mutable std::uint64_t seenRemovals;  // The map's removals as `logic` knows them.
   };
 
+  // For the library itself; not exported: a cursor that holds nothing. The map must outlive it.
+  class Walk {
+   public:
+    Walk() = default;
+    // Stands before the first entry.
+    explicit Walk(lvrHashMap const& walked) { logic.map = &walked; }
+
+    // Steps to the next entry; null when there is none. Only while nothing happens to the map.
+    HashEntry const* nextUndisturbed() {
+      if (logic.visited == static_cast<std::uint32_t>(logic.map->count)) {
+        return nullptr;
+      }
+      logic.current = logic.current != nullptr ? logic.current->next : nullptr;
+      while (logic.current == nullptr) {
+        logic.current = logic.map->buckets[++logic.bucket];
+      }
+      ++logic.visited;
+      return logic.current;
+    }
+
+    // The same, whatever happens to the map from watch() on: no entry that has gone is read.
+    TARSELVALUES_INTERNAL void watch();
+    TARSELVALUES_INTERNAL HashEntry const* next();
+
+   private:
+    IteratorLogic logic;
+    std::uint64_t seenRemovals = 0;
+  };
+
   // What a map is made with by name, and what setHashSize(0) sets.
   static constexpr unsigned int DefaultHashSize = 7;
 
@@ -162,6 +191,7 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   TARSELVALUES_INTERNAL void freeBuckets();
   TARSELVALUES_INTERNAL Extras& extras() const { return extrasBehind(buckets, hashSize); }
   TARSELVALUES_INTERNAL std::uint64_t removals() const;
+  TARSELVALUES_INTERNAL static void bringUpToDate(IteratorLogic& logic, std::uint64_t& seen);
   TARSELVALUES_INTERNAL bool has(HashEntry const* entry, unsigned int hash) const;
   TARSELVALUES_INTERNAL HashEntry* find(lvArg const& key, unsigned int hash,
                                         tarselvalues::KeptWhileAsking& self) const;

@@ -59,8 +59,6 @@ int lvrVector::finalize() {
   return 0;
 }
 
-lvArg& lvrVector::slot(int position) const { return elements[(start + position) % alloced]; }
-
 // ---- Asking ------------------------------------------------------------------------------------
 
 unsigned int lvrVector::hashCode() const {
@@ -70,9 +68,7 @@ unsigned int lvrVector::hashCode() const {
 
 bool lvrVector::isSorted() const { return false; }
 
-lvArg lvrVector::at(int index) const {
-  return index >= 0 && index < count ? slot(index) : lvArg::NilValue;
-}
+lvArg lvrVector::at(int index) const { return borrow(index); }
 
 int lvrVector::getSize() const { return count; }
 
@@ -103,7 +99,7 @@ void lvrVector::shiftUp(int first, int last) {
 // Moves the elements from `first` up to `last` one position down, into a free slot.
 void lvrVector::shiftDown(int first, int last) {
   for (int i = first; i <= last; ++i) {
-    slot(i + alloced - 1) = std::move(slot(i));
+    slot(i == 0 ? alloced - 1 : i - 1) = std::move(slot(i));
   }
 }
 

@@ -113,13 +113,23 @@ class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
   // Releases all elements, the last slot first, and frees the array. Returns 0.
   int releaseData();
 
+  // --- For the library itself; not exported -----------------------------------------------------
+
+  // As at(), but borrows the element, until the vector changes.
+  TARSELVALUES_INTERNAL lvArg const& borrow(int index) const {
+    return index >= 0 && index < count ? slot(index) : lvArg::NilValue;
+  }
+
  private:
   template <class T>
   friend struct lvLayoutAccess;
 
   TARSELVALUES_INTERNAL int positionOf(lvArg const& value,
                                        tarselvalues::KeptWhileAsking& self) const;
-  TARSELVALUES_INTERNAL lvArg& slot(int position) const;
+  TARSELVALUES_INTERNAL lvArg& slot(int position) const {
+    int const unwrapped = start + position;  // `start` may lie behind a new, smaller array.
+    return elements[unwrapped < alloced ? unwrapped : unwrapped % alloced];
+  }
   TARSELVALUES_INTERNAL void shiftUp(int first, int last);
   TARSELVALUES_INTERNAL void shiftDown(int first, int last);
 

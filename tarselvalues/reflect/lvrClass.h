@@ -141,6 +141,25 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
   int needOffsetTable(OffsetTableType kind, int n, GenericMemberOffsetTable const* base);
   int needNames(OffsetTableType kind, int n);
 
+  // --- For the library itself; not exported -----------------------------------------------------
+
+  // Borrows the class name.
+  TARSELVALUES_INTERNAL lvArg const& borrowClassName() const { return className_; }
+  // Borrows a field of the table of kind Fields; null if there is none.
+  lvArg const* borrowField(lvReferencable const& object, int index) const {
+    GenericMemberOffsetTable const* const table =
+        reflection_ != nullptr ? reflection_[Fields] : nullptr;
+    if (table == nullptr || index < 0 || index >= table->count) {
+      return nullptr;
+    }
+    std::intptr_t const offset = static_cast<std::intptr_t const*>(table->entries)[index];
+    if (offset == 0) {
+      return nullptr;
+    }
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the table says that a field lies there.
+    return reinterpret_cast<lvArg const*>(reinterpret_cast<std::intptr_t>(&object) + offset);
+  }
+
  private:
   template <class T>
   friend struct lvLayoutAccess;
