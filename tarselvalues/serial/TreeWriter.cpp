@@ -2,191 +2,369 @@
 
 #include <utility>
 
-#include "tarselvalues/containers/lvrVector.h"
+#include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/lvString.h"
+#include "tarselvalues/core/lvrString.h"
 #include "tarselvalues/reflect/lvClass.h"
 #include "tarselvalues/reflect/lvtClassRegistry.h"
+#include "tarselvalues/serial/AnySink.h"
+#include "tarselvalues/serial/TextSink.h"
 #include "tarselvalues/serial/lvrCommonSerializer.h"
+
+namespace tarselvalues {
 
 namespace {
 
-constexpr int TupleSize = 2;
-constexpr int UnknownSize = -1;
+constexpr int Failed = lvrCommonSerializer::CS_ERR_FAILED;
+constexpr int SourceError = lvrCommonSerializer::CS_ERR_SOURCE;
 
-lvArg frameKind(lvArgDest::FrameKind kind) {
-  lvArg cell;
-  cell.setInt(kind);
-  return cell;
+// The object in a cell, if it is of that very class.
+template <class Class>
+Class const* exactly(lvArg const& cell) {
+  lvReferencable const* const object = cell.getReferencable();
+  return object != nullptr && isExactly<Class>(*object) ? static_cast<Class const*>(object)
+                                                        : nullptr;
 }
 
-lvrVector const& vectorIn(lvArg const& cell) {
-  return static_cast<lvrVector const&>(*cell.getReferencable());
-}
-
-lvrClass const& classIn(lvArg const& cell) {
-  return static_cast<lvrClass const&>(*cell.getReferencable());
-}
-
-// The registered class of an object; nil if there is none.
-lvClass classOf(lvReferencable const& object) {
-  lvArg const& key = object.getClassDesc();
-  return lvClass(key.isNil() ? key : lvtClassRegistry::getInstance()->getClass(key));
+bool isInterned(lvArg const& cell) {
+  return cell.getType() == lvArg::StringType && cell.getReferencable() != nullptr &&
+         static_cast<lvrString const&>(*cell.getReferencable()).isInterned();
 }
 
 }  // namespace
 
-namespace tarselvalues {
-
 // ---- Opening -----------------------------------------------------------------------------------
 
-TreeWriter::Written TreeWriter::openValue(lvArg const& value) {
+template <class Sink>
+auto TreeWriter<Sink>::openValue(lvArg const& value) -> Written {
+  if (value.getType() == lvArg::ObjectType) {
+    return openObject(value);
+  }
+  auto const before = levels.size();
+  if (sink.writeAtOnce(value)) {
+    return 0;
+  }
+  if (levels.size() != before) {
+    return std::nullopt;
+  }
   switch (value.getType()) {
     case lvArg::IntType:
     case lvArg::PointerType:
     case lvArg::StringType:
-      return dest.putArg(value);
-    case lvArg::ObjectType:
-      return openObject(value);
+      return sink.putScalar(value);
     case lvArg::MapType:
       return openMap(value);
     case lvArg::ListType:
       return openVector(value);
     default:
-      return dest.putArg(lvArg::NilValue);
+      return sink.putScalar(lvArg::NilValue);
   }
 }
 
-TreeWriter::Written TreeWriter::openTuple(lvArg const& key, lvArg const& value) {
-  int const status = dest.enter(frameKind(lvArgDest::TupleFrame), TupleSize);
+template <class Sink>
+auto TreeWriter<Sink>::openTuple(lvArg const& key, lvArg const& value) -> Written {
+  int const status = sink.enterTuple();
   if (status != 0) {
     return status;
   }
-  push({Level::Tuple, 0, TupleSize, key, value, nullptr});
+  push(TreeLevel::ofTuple(key, value, 0));
   return std::nullopt;
 }
 
-TreeWriter::Written TreeWriter::openMap(lvArg const& value) {
+template <class Sink>
+auto TreeWriter<Sink>::openMap(lvArg const& value) -> Written {
+  lvrHashMap const* const map = exactly<lvrHashMap>(value);
+  if (map == nullptr) {
+    return openOtherMap(value);
+  }
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the sink may empty the original.
+  [[maybe_unused]] Element kept = value;
+  if (sink.enterMap(map->lvrHashMap::getSize()) != 0) {
+    return Failed;
+  }
+  push(TreeLevel::ofMap(*map, lvrHashMap::Walk(*map)));
+  return std::nullopt;
+}
+
+template <class Sink>
+auto TreeWriter<Sink>::openOtherMap(lvArg const& value) -> Written {
   auto const* const map = dynamic_cast<lviMap const*>(value.getReferencable());
   if (map == nullptr) {
-    dest.sourceError(lvArgDest::SOURCE_ERROR_NOT_A_MAP);
-    return lvrCommonSerializer::CS_ERR_SOURCE;
+    sink.sourceError(lvArgDest::SOURCE_ERROR_NOT_A_MAP);
+    return SourceError;
   }
-  if (dest.enter(frameKind(lvArgDest::MapFrame), map->getSize()) != 0) {
-    return lvrCommonSerializer::CS_ERR_FAILED;
+  Holding holding;
+  holding.first = value;
+  holdAll();
+  if (sink.enterMap(map->getSize()) != 0) {
+    return Failed;
   }
-  std::unique_ptr<lviRealMapEnumerator> cursor(map->getEnumerator());
-  push({Level::Map, 0, 0, value, lvArg(), std::move(cursor)});
+  holding.cursor.reset(map->getEnumerator());
+  pushHeld(TreeLevel(TreeLevel::OtherMap, nullptr, 0), std::move(holding));
   return std::nullopt;
 }
 
-TreeWriter::Written TreeWriter::openVector(lvArg const& value) {
+template <class Sink>
+auto TreeWriter<Sink>::openVector(lvArg const& value) -> Written {
+  lvrVector const* const vector = exactly<lvrVector>(value);
+  if (vector == nullptr) {
+    return openOtherVector(value);
+  }
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the sink may empty the original.
+  [[maybe_unused]] Element kept = value;
+  int const size = vector->lvrVector::getSize();
+  if (sink.enterVector(size) != 0) {
+    return Failed;
+  }
+  push(TreeLevel::ofVector(*vector, size, 0));
+  return std::nullopt;
+}
+
+template <class Sink>
+auto TreeWriter<Sink>::openOtherVector(lvArg const& value) -> Written {
   auto const* const vector = dynamic_cast<lvrVector const*>(value.getReferencable());
   if (vector == nullptr) {
-    dest.sourceError(lvArgDest::SOURCE_ERROR_NOT_A_VECTOR);
-    return lvrCommonSerializer::CS_ERR_SOURCE;
+    sink.sourceError(lvArgDest::SOURCE_ERROR_NOT_A_VECTOR);
+    return SourceError;
   }
+  Holding holding;
+  holding.first = value;
+  holdAll();
   int const size = vector->getSize();
-  if (dest.enter(frameKind(lvArgDest::VectorFrame), size) != 0) {
-    return lvrCommonSerializer::CS_ERR_FAILED;
+  if (sink.enterVector(size) != 0) {
+    return Failed;
   }
-  push({Level::Vector, 0, size, value, lvArg(), nullptr});
+  pushHeld(TreeLevel(TreeLevel::OtherVector, vector, size), std::move(holding));
   return std::nullopt;
 }
 
-TreeWriter::Written TreeWriter::openObject(lvArg const& value) {
+template <class Sink>
+auto TreeWriter<Sink>::openObject(lvArg const& value) -> Written {
   lvReferencable const* const object = value.getReferencable();
   if (object == nullptr) {
-    return dest.putArg(lvArg::NilValue);
+    return sink.putScalar(lvArg::NilValue);
   }
-  lvClass described = classOf(*object);
-  if (described.getClass() == nullptr) {
-    dest.sourceError(lvArgDest::SOURCE_ERROR_NO_CLASS);
-    return lvrCommonSerializer::CS_ERR_SOURCE;
+  Holding holding;
+  holding.first = value;
+  holdAll();
+  lvrClass const* const described = classOf(*object);
+  if (described == nullptr) {
+    sink.sourceError(lvArgDest::SOURCE_ERROR_NO_CLASS);
+    return SourceError;
   }
-  if (dest.enter(described, UnknownSize) < 0) {
-    return lvrCommonSerializer::CS_ERR_FAILED;
+  auto const before = levels.size();
+  if (sink.writeAtOnce(*object, *described)) {
+    return 0;
+  }
+  if (levels.size() != before) {
+    holdings.push_back(std::move(holding));
+    return std::nullopt;
+  }
+  if (sink.enterObject(*described) < 0) {
+    return Failed;
   }
   int const fields = described->getNItems(lvrClass::Fields);
   if (fields == 0) {
     return 0;  // The level stays open, deliberately.
   }
-  push({Level::Object, 0, fields, value, std::move(described), nullptr});
+  pushHeld(TreeLevel::ofObject(*object, *described, fields), std::move(holding));
   return std::nullopt;
 }
 
-void TreeWriter::push(Level level) {
-  if (levels.capacity() == 0) {
-    levels.reserve(FirstLevels);
+// The registered class of an object; null if there is none. Objects of one class come together, and
+// what is registered stays: the last answer serves as long as the key is the same interned string.
+template <class Sink>
+lvrClass const* TreeWriter<Sink>::classOf(lvReferencable const& object) {
+  lvArg const& key = object.getClassDesc();
+  if (lastClass != nullptr && key.eq(lastKey)) {
+    return lastClass;
   }
-  levels.push_back(std::move(level));
+  if (key.isNil()) {
+    return nullptr;
+  }
+  lvArg const kept(key);
+  lvClass const found(lvtClassRegistry::getInstance()->getClass(kept));
+  if (isInterned(kept)) {
+    lastKey = kept;
+    lastClass = found.getClass();
+  }
+  return found.getClass();
+}
+
+// ---- What is open ------------------------------------------------------------------------------
+
+template <class Sink>
+void TreeWriter<Sink>::push(TreeLevel const& level) {
+  if (Sink::RunsProgram) {
+    pushHeld(level, holdingOf(level));
+  } else {
+    levels.push_back(level);
+  }
+}
+
+template <class Sink>
+void TreeWriter<Sink>::pushHeld(TreeLevel const& level, Holding holding) {
+  holdAll();
+  levels.push_back(level);
+  holdings.push_back(std::move(holding));
+}
+
+template <class Sink>
+void TreeWriter<Sink>::pop() {
+  levels.pop_back();
+  if (holdings.size() > levels.size()) {
+    holdings.pop_back();
+  }
+}
+
+// Holds what is borrowed.
+template <class Sink>
+void TreeWriter<Sink>::holdAll() {
+  while (holdings.size() < levels.size()) {
+    holdings.push_back(holdingOf(levels[holdings.size()]));
+  }
+}
+
+template <class Sink>
+auto TreeWriter<Sink>::holdingOf(TreeLevel const& level) -> Holding {
+  if (level.kind == TreeLevel::Tuple) {
+    return {*level.key, *level.value, nullptr};
+  }
+  return {lvArg(*level.container), lvArg(), nullptr};
 }
 
 // ---- Writing what is open ----------------------------------------------------------------------
 
 // Writes until no level is open any more; `written` is how the outermost value began.
-int TreeWriter::finish(Written written) {
+template <class Sink>
+int TreeWriter<Sink>::finish(Written written) {
   while (!levels.empty()) {
     written = written.value_or(0) < 0 ? abandon(*written) : writeNext();
   }
   return *written;
 }
 
+// Goes on with the innermost level: until that opens another one, fails, or is closed.
 // Writes, or opens, the next part of the innermost level, or closes that.
-TreeWriter::Written TreeWriter::writeNext() {
-  Level& level = levels.back();
-  switch (level.kind) {
-    case Level::Map:
-      if (level.cursor != nullptr && level.cursor->next()) {
-        return openTuple(level.cursor->getKey(), level.cursor->getValue());
-      }
-      return close();
-    case Level::Tuple:
-      if (level.next < level.size) {
-        return openValue(level.next++ == 0 ? level.held : level.second);
-      }
-      return close();
-    case Level::Vector:
-      return level.next < level.size ? openValue(vectorIn(level.held).at(level.next++)) : close();
+template <class Sink>
+auto TreeWriter<Sink>::writeNext() -> Written {
+  switch (levels.back().kind) {
+    case TreeLevel::Tuple:
+      return writePart();
+    case TreeLevel::HashMap:
+      return writeEntry();
+    case TreeLevel::Vector:
+      return writeElement();
+    case TreeLevel::Object:
+      return writeField();
+    case TreeLevel::OtherMap:
+      return writeOtherEntry();
     default:
-      return level.next < level.size ? writeNextField(level) : close();
+      return writeOtherElement();
   }
 }
 
-TreeWriter::Written TreeWriter::writeNextField(Level& object) {
-  lvArg field;
-  if (classIn(object.second)
-          .getFieldAt(field, *object.held.getReferencable(), lvrClass::Fields, object.next++) !=
-      0) {
-    dest.sourceError(lvArgDest::SOURCE_ERROR_FIELD_ACCESS);
-    levels.pop_back();  // It stays open in the sink.
-    return lvrCommonSerializer::CS_ERR_SOURCE;
+template <class Sink>
+auto TreeWriter<Sink>::writePart() -> Written {
+  TreeLevel& level = levels.back();
+  bool const held = holdings.size() == levels.size();
+  switch (level.next++) {
+    case 0:
+      return openValue(held ? holdings.back().first : *level.key);
+    case 1:
+      return openValue(held ? holdings.back().second : *level.value);
+    default:
+      return close();
   }
-  return openValue(field);
+}
+
+template <class Sink>
+auto TreeWriter<Sink>::writeEntry() -> Written {
+  lvrHashMap::HashEntry const* const entry = levels.back().entries.next();
+  if (entry == nullptr) {
+    return close();
+  }
+  Element key = entry->key;
+  Element value = entry->value;
+  return openTuple(key, value);
+}
+
+template <class Sink>
+auto TreeWriter<Sink>::writeElement() -> Written {
+  TreeLevel& level = levels.back();
+  if (level.next == level.size) {
+    return close();
+  }
+  Element element = static_cast<lvrVector const*>(level.container)->borrow(level.next++);
+  return openValue(element);
+}
+
+template <class Sink>
+auto TreeWriter<Sink>::writeField() -> Written {
+  TreeLevel& level = levels.back();
+  if (level.next == level.size) {
+    return close();
+  }
+  lvArg const* const field = level.described->borrowField(*level.container, level.next++);
+  if (field == nullptr) {
+    sink.sourceError(lvArgDest::SOURCE_ERROR_FIELD_ACCESS);
+    pop();  // It stays open in the sink.
+    return SourceError;
+  }
+  Element element = *field;
+  return openValue(element);
+}
+
+template <class Sink>
+auto TreeWriter<Sink>::writeOtherEntry() -> Written {
+  lviRealMapEnumerator* const cursor = holdings.back().cursor.get();
+  if (cursor == nullptr || !cursor->next()) {
+    return close();
+  }
+  lvArg const key = cursor->getKey();
+  lvArg const value = cursor->getValue();
+  Written const written = openTuple(key, value);
+  holdAll();  // What has been opened must not borrow from these copies.
+  return written;
+}
+
+template <class Sink>
+auto TreeWriter<Sink>::writeOtherElement() -> Written {
+  TreeLevel& level = levels.back();
+  if (level.next == level.size) {
+    return close();
+  }
+  lvArg const element = static_cast<lvrVector const*>(level.container)->at(level.next++);
+  Written const written = openValue(element);
+  holdAll();  // As above.
+  return written;
 }
 
 // Gives the innermost level up, because a part of it failed with `status`.
-int TreeWriter::abandon(int status) {
-  dest.abortLevel();
+template <class Sink>
+auto TreeWriter<Sink>::abandon(int status) -> Written {
+  sink.abortLevel();
   switch (levels.back().kind) {
-    case Level::Tuple:
-      levels.pop_back();
+    case TreeLevel::Tuple:
+      pop();
       return status;
-    case Level::Object:
-      levels.pop_back();
-      return lvrCommonSerializer::CS_ERR_FAILED;
+    case TreeLevel::Object:
+      pop();
+      return Failed;
     default:
       return close();  // Closed a second time, deliberately.
   }
 }
 
-int TreeWriter::close() {
-  bool const isTuple = levels.back().kind == Level::Tuple;
-  levels.pop_back();
-  int const status = dest.leave();
-  if (isTuple) {
-    return status;
-  }
-  return status < 0 ? lvrCommonSerializer::CS_ERR_FAILED : 0;
+template <class Sink>
+auto TreeWriter<Sink>::close() -> Written {
+  bool const isTuple = levels.back().kind == TreeLevel::Tuple;
+  pop();
+  int const status = sink.leave();
+  return isTuple ? status : status < 0 ? Failed : 0;
 }
+
+template class TreeWriter<AnySink>;
+template class TreeWriter<TextSink>;
 
 }  // namespace tarselvalues

@@ -1,13 +1,35 @@
 #include "tarselvalues/serial/lvrCommonSerializer.h"
 
+#include <typeinfo>
 #include <utility>
 
 #include "tarselvalues/core/ClassKeys.h"
+#include "tarselvalues/core/Tuning.h"
+#include "tarselvalues/serial/AnySink.h"
+#include "tarselvalues/serial/TextSink.h"
 #include "tarselvalues/serial/TreeReader.h"
 #include "tarselvalues/serial/TreeWriter.h"
 
+using tarselvalues::AnySink;
+using tarselvalues::TextSink;
 using tarselvalues::TreeReader;
 using tarselvalues::TreeWriter;
+
+namespace {
+
+// Calls `write` with a writer to the sink. A text writer of that very class is written to without
+// virtual calls, which makes no difference to the text.
+template <class Write>
+int writeTo(lvArgDest& dest, Write write) {
+  if (tarselvalues::Tuned && typeid(dest) == typeid(lvtStringArgDest)) {
+    TreeWriter<TextSink> writer(static_cast<lvtStringArgDest&>(dest));
+    return write(writer);
+  }
+  TreeWriter<AnySink> writer(dest);
+  return write(writer);
+}
+
+}  // namespace
 
 lvrCommonSerializer::lvrCommonSerializer() = default;
 
@@ -24,23 +46,23 @@ int lvrCommonSerializer::finalize() { return 0; }
 // ---- Writing -----------------------------------------------------------------------------------
 
 int lvrCommonSerializer::serializeAtomInto(lvArgDest& dest, lvArg const& value) {
-  return TreeWriter(dest).writeValue(value);
+  return writeTo(dest, [&](auto& writer) { return writer.writeValue(value); });
 }
 
 int lvrCommonSerializer::serializeTupleInto(lvArgDest& dest, lvArg const& key, lvArg const& value) {
-  return TreeWriter(dest).writeTuple(key, value);
+  return writeTo(dest, [&](auto& writer) { return writer.writeTuple(key, value); });
 }
 
 int lvrCommonSerializer::serializeMapInto(lvArgDest& dest, lvArg const& value) {
-  return TreeWriter(dest).writeMap(value);
+  return writeTo(dest, [&](auto& writer) { return writer.writeMap(value); });
 }
 
 int lvrCommonSerializer::serializeVectorInto(lvArgDest& dest, lvArg const& value) {
-  return TreeWriter(dest).writeVector(value);
+  return writeTo(dest, [&](auto& writer) { return writer.writeVector(value); });
 }
 
 int lvrCommonSerializer::serializeReferencableInto(lvArgDest& dest, lvArg const& value) {
-  return TreeWriter(dest).writeObject(value);
+  return writeTo(dest, [&](auto& writer) { return writer.writeObject(value); });
 }
 
 // ---- Reading -----------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 
 #include "tarselvalues/core/lvrString.h"
 #include "tarselvalues/reflect/lvClass.h"
+#include "tarselvalues/serial/TextForms.h"
 #include "tarselvalues/serial/TextSyntax.h"
 
 namespace {
@@ -17,16 +18,11 @@ constexpr int NilRoom = 4;
 constexpr int LeaveRoom = 2;
 constexpr int UnsizedEnterRoom = 1;
 constexpr int SizedEnterRoom = 15;
-constexpr int EscapeRoom = 4;    // what an escaped byte asks for,
-constexpr int EscapeLength = 3;  // and what it takes
 
 bool isIdentifier(char const* text, int length) {
   return length > 0 && tarselvalues::startsWord(*text) &&
          std::all_of(text + 1, text + length, tarselvalues::continuesWord);
 }
-
-// The colon has no meaning in the format and is escaped all the same, deliberately.
-bool needsEscape(unsigned char c) { return c < 32 || c == 127 || c == '"' || c == '%' || c == ':'; }
 
 }  // namespace
 
@@ -43,10 +39,6 @@ lvtStringArgDest::lvtStringArgDest()
 lvtStringArgDest::~lvtStringArgDest() { lvtStringArgDest::cleanup(); }
 
 // ---- Set-up ------------------------------------------------------------------------------------
-
-void lvtStringArgDest::setFlag(Flag flag, bool on) {
-  flags_ = static_cast<std::uint16_t>(on ? flags_ | unsigned{flag} : flags_ & ~unsigned{flag});
-}
 
 void lvtStringArgDest::setStringBuffer(char* buf, int size) {
   int const usable = std::max(size, 0);
@@ -112,9 +104,7 @@ int lvtStringArgDest::pushMapStack(bool tuple) {
   return 0;
 }
 
-bool lvtStringArgDest::peekMapStack() const {
-  return depth_ > 0 && ((levelKinds_ >> (depth_ - 1)) & 1U) != 0;
-}
+bool lvtStringArgDest::peekMapStack() const { return isInTuple(); }
 
 bool lvtStringArgDest::popMapStack() {
   bool const tuple = peekMapStack();
@@ -165,11 +155,8 @@ void lvtStringArgDest::writeObjectName(lvArg const& kind) {
 }
 
 void lvtStringArgDest::writeSize(int size) {
-  char digits[12];
-  char* end = digits;
-  int room = sizeof(digits);
-  outputInteger(&end, &room, size);
-  auto const count = static_cast<int>(end - digits);
+  char digits[tarselvalues::MostDecimalDigits];
+  auto const count = static_cast<int>(tarselvalues::writeDecimal(digits, size) - digits);
   if (capacity_ - length_ >= count + 2) {  // The name of an object may have taken the room.
     append('[');
     std::memcpy(buffer_ + length_, digits, static_cast<std::size_t>(count));
@@ -241,7 +228,7 @@ int lvtStringArgDest::putString(char const* text, int textLength, int room) {
   append('"');
   char* cursor = buffer_ + length_;
   int quotedRoom = room - 1;
-  outputQuotedString(&cursor, &quotedRoom, text, -1);
+  tarselvalues::writeEscaped(&cursor, &quotedRoom, text, INT_MAX, textLength);
   if (cursor == buffer_ + capacity_) {
     // Behind a separator the escapes took the closing quote's place. The byte that filled the room
     // is a plain one, since an escape leaves room for one more.
@@ -262,49 +249,22 @@ int lvtStringArgDest::putNil(int room) {
 }
 
 int lvtStringArgDest::outputInteger(char** cursor, int* room, int value) {
-  char digits[11];  // "-2147483648"
-  char* const end = digits + sizeof(digits);
-  char* first = end;
-  std::uint32_t magnitude = static_cast<std::uint32_t>(value);
-  if (value < 0) {
-    magnitude = 0 - magnitude;
-  }
-  do {
-    *--first = static_cast<char>('0' + magnitude % 10);
-    magnitude /= 10;
-  } while (magnitude != 0);
-  if (value < 0) {
-    *--first = '-';
-  }
-  auto const count = static_cast<int>(end - first);
+  char digits[tarselvalues::MostDecimalDigits];
+  auto const count = static_cast<int>(tarselvalues::writeDecimal(digits, value) - digits);
   if (*room < count) {
     return ROOM_ERROR;
   }
-  std::memcpy(*cursor, first, static_cast<std::size_t>(count));
+  std::memcpy(*cursor, digits, static_cast<std::size_t>(count));
   *cursor += count;
   *room -= count;
   return 0;
 }
 
 int lvtStringArgDest::outputQuotedString(char** cursor, int* room, char const* text, int count) {
-  static constexpr char hexDigits[] = "0123456789ABCDEF";
-  int left = text == nullptr ? 0 : (count < 0 ? INT_MAX : count);
-  for (; left > 0 && *text != '\0' && *room > 0; ++text, --left) {
-    auto const c = static_cast<unsigned char>(*text);
-    if (!needsEscape(c)) {
-      *(*cursor)++ = *text;
-      --*room;
-      continue;
-    }
-    if (*room < EscapeRoom) {
-      return ROOM_ERROR;
-    }
-    *(*cursor)++ = '%';
-    *(*cursor)++ = hexDigits[c >> 4];
-    *(*cursor)++ = hexDigits[c & 15];
-    *room -= EscapeLength;
+  if (text == nullptr) {
+    return 0;
   }
-  return 0;
+  return tarselvalues::writeEscaped(cursor, room, text, count < 0 ? INT_MAX : count, 0);
 }
 
 int lvtStringArgDest::insertChar(int c) {

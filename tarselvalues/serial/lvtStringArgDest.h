@@ -24,6 +24,10 @@
 #include "tarselvalues/core/Export.h"
 #include "tarselvalues/serial/lvArgDest.h"
 
+namespace tarselvalues {
+class PlainText;
+}  // namespace tarselvalues
+
 class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
  public:
   // The status of whatever does not fit.
@@ -110,6 +114,7 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
  private:
   template <class T>
   friend struct lvLayoutAccess;
+  friend class tarselvalues::PlainText;
 
   // Bits of `flags_`.
   enum Flag : std::uint16_t {
@@ -120,7 +125,10 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   };
 
   bool hasFlag(Flag flag) const { return (flags_ & flag) != 0; }
-  void setFlag(Flag flag, bool on);
+  void setFlag(Flag flag, bool on) {
+    flags_ = static_cast<std::uint16_t>(on ? flags_ | unsigned{flag} : flags_ & ~unsigned{flag});
+  }
+  bool isInTuple() const { return depth_ > 0 && ((levelKinds_ >> (depth_ - 1)) & 1U) != 0; }
   int roomBeforeNul() const { return capacity_ - length_ - 1; }
   void append(char c) { buffer_[length_++] = c; }
   void separate();

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "support/Cells.h"
+#include "support/SinkRuns.h"
 #include "support/TextWriter.h"
 
 namespace {
@@ -53,6 +54,25 @@ TEST_F(WriterInALocale, QuotesOtherBytesAbove127) {
 
 TEST_F(WriterInALocale, QuotesTheSameBytesWhereTheyAreNoLetters) {
   EXPECT_EQ(written("caf\xE9"), "\"caf\xE9\"");
+}
+
+// By the serializer, which writes most strings at once.
+std::string serialized(std::string const& text) {
+  char buffer[100];
+  lvtStringArgDest writer(buffer, sizeof(buffer));
+  EXPECT_EQ(test::HeldSerializer()->serializeAtomInto(writer, test::string(text)), 0);
+  return test::textOf(writer);
+}
+
+TEST_F(WriterInALocale, GetsTheSameFromTheSerializer) {
+  for (int const letter : {0, 0xE9}) {
+    extraLetter = letter;
+    for (char const* const text :
+         {"\xE9", "caf\xE9", "_\xE9_9", "\xE8", "a\xC3\xA9", "abcdefg\xE9", "\xE9tudiants_9",
+          "abcdefghij\xE9klmnop", "abcdefghijklmno\xE9", "9bcdefghij\xE9", "a b\xE9 cdefghij"}) {
+      EXPECT_EQ(serialized(text), written(text));
+    }
+  }
 }
 
 TEST_F(WriterInALocale, AsksForBytesAsUnsignedNumbersOnly) {

@@ -1,0 +1,56 @@
+#include "tarselvalues/serial/TextForms.h"
+
+#include <algorithm>
+#include <climits>
+
+#include "tarselvalues/serial/TextSyntax.h"
+#include "tarselvalues/serial/lvtStringArgDest.h"
+
+namespace tarselvalues {
+
+namespace {
+
+constexpr int EscapeRoom = 4;    // what an escaped byte asks for,
+constexpr int EscapeLength = 3;  // and what it takes
+
+void writeEscape(char* at, char c) {
+  static constexpr char hexDigits[] = "0123456789ABCDEF";
+  auto const code = static_cast<unsigned char>(c);
+  at[0] = '%';
+  at[1] = hexDigits[code >> 4];
+  at[2] = hexDigits[code & 15];
+}
+
+}  // namespace
+
+int writeEscaped(char** cursor, int* room, char const* text, int most, int readable) {
+  char const* const end = most == INT_MAX ? nullptr : text + most;
+  char const* const known = text + readable;
+  while (*room > 0 && text != end) {
+    int const length = std::min(*room, static_cast<int>(known - text));
+    int const plain = copyWhile(*cursor, text, length, areUnescaped);
+    *cursor += plain;
+    *room -= plain;
+    text += plain;
+    // What stopped that, or is no whole ByteWord.
+    for (int i = 0; i<ByteWordSize&& * room> 0 && text != end; ++i, ++text) {
+      if (*text == '\0') {
+        return 0;
+      }
+      if (!isEscaped(*text)) {
+        *(*cursor)++ = *text;
+        --*room;
+        continue;
+      }
+      if (*room < EscapeRoom) {
+        return lvtStringArgDest::ROOM_ERROR;
+      }
+      writeEscape(*cursor, *text);
+      *cursor += EscapeLength;
+      *room -= EscapeLength;
+    }
+  }
+  return 0;
+}
+
+}  // namespace tarselvalues
