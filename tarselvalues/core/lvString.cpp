@@ -128,8 +128,9 @@ struct lvString::ChainLinks {
   static std::uint32_t hash(Entry const& entry, std::uint32_t seed) {
     return hash(entry.getText(), entry.getText() != nullptr ? entry.getLength() : 0, seed);
   }
+  // A length below 0, which no entry has, counts as 0.
   static std::uint32_t hash(char const* text, int length, std::uint32_t seed) {
-    return tarselvalues::hashBytes(text, static_cast<std::size_t>(length), seed);
+    return tarselvalues::hashBytes(text, length > 0 ? static_cast<std::size_t>(length) : 0, seed);
   }
   static bool isFindable(Entry const& /*entry*/) { return true; }
   static void watch(Entry const& entry) { entry.markKeyText(); }
