@@ -223,6 +223,12 @@ lvrHashMap::HashEntry* lvrHashMap::findAmong(lvArg const& key, KeyKind kind, uns
   return entry;
 }
 
+void lvrHashMap::forgoIndex() {
+  if (buckets != nullptr) {
+    extras().index.forgo();
+  }
+}
+
 // Returns the entry with this key, or null. Comparing keys may run a function of the program, which
 // may change the map: the search then goes on from its entry, or ends if that has gone, or has been
 // put to use for another key. It never looks at more entries than the map had at first, so it ends

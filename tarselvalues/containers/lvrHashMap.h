@@ -179,6 +179,10 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   // be nil afterwards.
   TARSELVALUES_INTERNAL int putMoved(lvArg&& key, lvArg&& value);
 
+  // For the library itself; not exported: does without an index until it is cleared. Any number of
+  // threads may then call get() while nothing changes the map.
+  TARSELVALUES_INTERNAL void forgoIndex();
+
  private:
   template <class T>
   friend struct lvLayoutAccess;

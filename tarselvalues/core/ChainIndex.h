@@ -84,6 +84,12 @@ class ChainIndex {
     walked_ = 0;
   }
 
+  // Does without an index until the next drop(). Until then no search writes anything here.
+  void forgo() {
+    drop();
+    walked_ = Forgone;
+  }
+
   // Whether there is an index, so that the operations below it may be called.
   bool isReady() {
     if (built_ != nullptr && built_->changes != lvrString::getKeyTextChanges()) {
@@ -92,10 +98,10 @@ class ChainIndex {
     return built_ != nullptr;
   }
 
-  // Says that a search without index has looked at `steps` entries of a table of this size. Builds
-  // the index if that is worth it.
+  // Says that a search by a walk has looked at `steps` entries of a table of this size. Builds the
+  // index if there is none and that is worth it.
   void noteWalk(std::size_t steps, Entry** heads, std::uint32_t chains, std::size_t entries) {
-    if (Tuned && steps > ShortWalk) {
+    if (Tuned && steps > ShortWalk && built_ == nullptr && walked_ != Forgone) {
       walked_ += steps - ShortWalk;
       if (walked_ > chains + entries) {
         build(heads, chains);
@@ -168,6 +174,7 @@ class ChainIndex {
 
   static constexpr std::size_t FirstSlots = 64;
   static constexpr std::size_t ShortWalk = 8;
+  static constexpr std::size_t Forgone = SIZE_MAX;
 
   template <class Item>
   static Item* allocate(std::size_t count) {
@@ -287,7 +294,8 @@ class ChainIndex {
   }
 
   Built* built_ = nullptr;
-  std::size_t walked_ = 0;  // entries looked at beyond what short chains take, since the last drop
+  // Entries looked at beyond what short chains take, since the last drop; or Forgone.
+  std::size_t walked_ = 0;
 };
 
 }  // namespace tarselvalues

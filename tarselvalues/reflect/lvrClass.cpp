@@ -313,6 +313,8 @@ void lvrClass::nameEntries(OffsetTableType kind, int n, NameAt nameAt) {
         names->put(key, index);
       }
     }
+    // Any number of threads may ask for names once the class is set up.
+    static_cast<lvrHashMap&>(*names.getReferencable()).forgoIndex();
   } catch (...) {
     dropTable(kind);
     throw;
