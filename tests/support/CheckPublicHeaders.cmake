@@ -1,0 +1,20 @@
+# Fails when a header that is installed includes one of the library's that is not. HEADERS lists
+# those that are, in the folder SOURCE.
+cmake_minimum_required(VERSION 3.25)
+
+if(NOT HEADERS)
+  message(FATAL_ERROR "there are no headers")
+endif()
+foreach(header IN LISTS HEADERS)
+  cmake_path(ABSOLUTE_PATH header BASE_DIRECTORY "${SOURCE}" NORMALIZE)
+  list(APPEND public "${header}")
+endforeach()
+foreach(header IN LISTS public)
+  file(STRINGS "${header}" includes REGEX "^#include [\"<]tarselvalues/")
+  foreach(include IN LISTS includes)
+    string(REGEX REPLACE "^#include [\"<]tarselvalues/([^\">]*).*" "${SOURCE}/\\1" included "${include}")
+    if(NOT included IN_LIST public)
+      message(SEND_ERROR "${header}: ${include}: that one is not installed")
+    endif()
+  endforeach()
+endforeach()
