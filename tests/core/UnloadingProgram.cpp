@@ -80,8 +80,8 @@ int main(int argc, char** argv) {
   if (argc != 2) {
     return 2;
   }
-  constexpr int firstRounds = 150;  // By then the caches of malloc() have what they keep.
-  constexpr int rounds = 250;
+  constexpr int firstRounds = 50;
+  constexpr int rounds = 400;
   Footprint settled;
   Footprint last;
   for (int round = 0; round < rounds; ++round) {
