@@ -1,8 +1,8 @@
 // What all benchmarks share.
 //
-// A benchmark is named "work/who" or "work/who/size". The work is one and the same for all who do it:
-// "ours", a peer, or "floor: ..." for what the work cannot do without. scripts/lib/bench.py makes
-// tables of these names.
+// A benchmark is named "work/who" or "work/who/size". The work is one and the same for all who do
+// it: "ours", a peer, or "floor: ..." for what the work cannot do without. scripts/lib/bench.py
+// makes tables of these names.
 #pragma once
 
 #include <benchmark/benchmark.h>

@@ -75,12 +75,12 @@ Node Node::list(std::vector<Node> children) {
   return node;
 }
 
-Node Node::map(std::vector<std::pair<std::string, Node>> entries) {
+Node Node::map(std::vector<std::pair<std::string, Node>> const& entries) {
   Node node;
   node.kind = Map;
-  for (auto& [name, child] : entries) {
-    node.names.push_back(std::move(name));
-    node.children.push_back(std::move(child));
+  for (auto const& [name, child] : entries) {
+    node.names.push_back(name);
+    node.children.push_back(child);
   }
   return node;
 }

@@ -16,7 +16,7 @@ struct Node {
   static Node string(std::string text);
   static Node list(std::vector<Node> children);
   // Of pairs of a name and a value, sorted by name.
-  static Node map(std::vector<std::pair<std::string, Node>> entries);
+  static Node map(std::vector<std::pair<std::string, Node>> const& entries);
 
   Kind kind = Nothing;
   int number = 0;

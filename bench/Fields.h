@@ -1,5 +1,5 @@
-// Fields by name and by index, and objects by the name of their class: the same work for everyone who
-// has them.
+// Fields by name and by index, and objects by the name of their class: the same work for everyone
+// who has them.
 #pragma once
 
 #include <benchmark/benchmark.h>

@@ -1,4 +1,4 @@
-// What counting cannot do without: the lock that is described around each change of a count.
+// What counting cannot do without: the lock around each change of a count.
 #pragma once
 
 #include <benchmark/benchmark.h>

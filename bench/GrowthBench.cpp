@@ -39,7 +39,7 @@ double timeOf(Prepare prepare, int size) {
 // Whether work of this size would take too long, judged by how it grows at a small part of it.
 template <class Prepare>
 bool isTooLong(Prepare prepare, int size) {
-  constexpr double limit = 5;
+  constexpr double limit = 2;
   constexpr double mostGrowth = 4;  // Twice the size, with the square.
   constexpr int part = 32;
   double const half = timeOf(prepare, size / (2 * part));
@@ -62,7 +62,7 @@ class Growing {
       *tooLong = isTooLong(prepare, sizeOf(state));
     }
     if (**tooLong) {
-      state.SkipWithError("would take more than 5 s");
+      state.SkipWithError("would take more than 2 s");
       return;
     }
     auto work = prepare(sizeOf(state));

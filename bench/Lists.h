@@ -21,8 +21,8 @@ constexpr char const* CursorWork = "insert and remove at a cursor of a list";
 constexpr int ElementCount = 1000;
 constexpr int StackDepth = 100;
 
-// `List` is made empty and has a type Value, static makeValue(), append(), prepend() and at(), which
-// returns a copy.
+// `List` is made empty and has a type Value, static makeValue(), append(), prepend() and at(),
+// which returns a copy.
 
 template <class List>
 void append(benchmark::State& state) {

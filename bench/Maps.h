@@ -28,6 +28,7 @@ constexpr Keys MultiplesOfSeven = {"multiples of 7", 7, nullptr, false};
 constexpr Keys TextKeys = {"strings", 0, nameOf, false};
 constexpr Keys InternedKeys = {"interned strings", 0, nameOf, true};
 constexpr Keys KeysOfOneHash = {"strings of one hash", 0, sameHashOf, false};
+constexpr Keys InternedKeysOfOneHash = {"interned strings of one hash", 0, sameHashOf, true};
 
 // How many entries the maps have.
 constexpr int EntryCounts[] = {100, 1000, 10000, 100000};

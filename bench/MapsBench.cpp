@@ -52,8 +52,8 @@ void addStandard(Keys const& keys) {
 }
 
 void addAll() {
-  for (Keys const* const keys :
-       {&Integers, &MultiplesOfSeven, &TextKeys, &InternedKeys, &KeysOfOneHash}) {
+  for (Keys const* const keys : {&Integers, &MultiplesOfSeven, &TextKeys, &InternedKeys,
+                                 &KeysOfOneHash, &InternedKeysOfOneHash}) {
     addMap<OurMap>("ours", *keys);
   }
   addStandard<int>(Integers);

@@ -62,12 +62,13 @@ Recorder recorder;
 
 }  // namespace
 
-// What the whole program, its libraries included, allocates with. glibc's own have these names.
+// What the whole program, its libraries included, allocates with: glibc's own, noted down.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-inconsistent-declaration-parameter-name)
 extern "C" {
-void* __libc_malloc(std::size_t size);                     // NOLINT(bugprone-reserved-identifier)
-void* __libc_calloc(std::size_t count, std::size_t size);  // NOLINT(bugprone-reserved-identifier)
-void* __libc_realloc(void* block, std::size_t size);       // NOLINT(bugprone-reserved-identifier)
-void __libc_free(void* block);                             // NOLINT(bugprone-reserved-identifier)
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void __libc_free(void* block);
 
 __attribute__((visibility("default"))) void* malloc(std::size_t size) {
   void* const block = __libc_malloc(size);
@@ -93,6 +94,7 @@ __attribute__((visibility("default"))) void free(void* block) {
   __libc_free(block);
 }
 }
+// NOLINTEND(bugprone-reserved-identifier,readability-inconsistent-declaration-parameter-name)
 
 int main() {
   std::puts("#include \"bench/BlocksOfReading.h\"\n\nnamespace bench {\n\nnamespace {\n");

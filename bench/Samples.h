@@ -10,8 +10,8 @@ namespace bench {
 // A text for every number, of the length that names have.
 std::string nameOf(int number);
 
-// A text for every number, all of which have one described hash: that of texts from 18 bytes on comes
-// from the first byte and the 17 before the last alone.
+// A text for every number, all of which have one hash in the library: that of texts from 18 bytes
+// on comes from the first byte and the 17 before the last alone.
 std::string sameHashOf(int number);
 
 // So many numbers below `size`, spread evenly: what is looked up again and again.

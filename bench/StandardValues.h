@@ -20,10 +20,10 @@ inline SharedText sharedText(std::string text) {
 template <class Value>
 constexpr char const* peerName = nullptr;
 template <>
-constexpr char const* peerName<SharedText> = "std::shared_ptr";
+inline constexpr char const* peerName<SharedText> = "std::shared_ptr";
 template <>
-constexpr char const* peerName<std::any> = "std::any";
+inline constexpr char const* peerName<std::any> = "std::any";
 template <>
-constexpr char const* peerName<VariantValue> = "std::variant";
+inline constexpr char const* peerName<VariantValue> = "std::variant";
 
 }  // namespace bench

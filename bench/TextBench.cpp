@@ -1,7 +1,7 @@
 // Writing documents to text, and reading them.
 //
-// Everyone writes into a buffer that is there already, if its interface lets it, and reads into values
-// of its own, which are then released. Before it is measured, each must read what it wrote.
+// Everyone writes into a buffer that is there already, if its interface lets it, and reads into
+// values of its own, which are then released. Before it is measured, each must read what it wrote.
 
 #include <benchmark/benchmark.h>
 #include <rapidjson/document.h>

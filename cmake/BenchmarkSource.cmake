@@ -1,4 +1,5 @@
-# Google Benchmark for cross builds, from the sources of Debian's package, which scripts/bench fetches.
+# Google Benchmark for cross builds, from the sources of Debian's package, which scripts/bench
+# fetches.
 include_guard(GLOBAL)
 
 set(TARSELVALUES_BENCHMARK_SOURCE "${PROJECT_SOURCE_DIR}/build/benchmark-source" CACHE PATH

@@ -36,7 +36,7 @@ GVariantType const* elementTypeOf(std::vector<Node> const& children) {
 }
 
 GVariant* elementOf(GVariantType const* type, Node const& child) {
-  if (!g_variant_type_is_maybe(type)) {
+  if (g_variant_type_is_maybe(type) == FALSE) {
     return variantOf(child);
   }
   GVariant* const value = child.kind == Node::Nothing ? nullptr : variantOf(child);
@@ -83,7 +83,7 @@ HeldVariant read(GVariantType const* type, std::string const& text) {
 
 std::string textOf(GVariant* value) {
   gchar* const text = g_variant_print(value, FALSE);
-  std::string const copy = text;
+  std::string copy = text;
   g_free(text);
   return copy;
 }

@@ -9,7 +9,6 @@ bench/goals.toml. With --update the tables are also put into the page, between i
 """
 
 import collections
-import datetime
 import json
 import pathlib
 import re
@@ -20,22 +19,29 @@ import tomllib
 OURS = "ours"
 FLOOR = "floor: "
 SECOND_THREAD = "-second-thread"
-NO_SUCH = object()
+UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+NO_SUCH = object()  # For what a goal compares with and a row does not have.
 
 # One row: a work at a size, with the time, in nanoseconds, of everyone who did it, or why not.
 Row = collections.namedtuple("Row", "work size times")
-Result = collections.namedtuple("Result", "wanted ratio met because")
+
+# What a goal says about a row.
+Result = collections.namedtuple("Result", "row wanted ratio met because")
 
 
 # ---- Reading ------------------------------------------------------------------------------------
 
 
-def read_rows(path):
-    """Returns the rows of one file: works as the program names them, each from its least size on."""
+def read_json(path):
     with open(path, encoding="utf-8") as file:
-        runs = json.load(file)["benchmarks"]
+        return json.load(file)
+
+
+def read_rows(path):
+    """Returns the rows of one file: works as the program has them, each from its least size on."""
+    runs = read_json(path)["benchmarks"]
     samples = collections.OrderedDict()
-    for run in sorted(runs, key=lambda each: (each["family_index"], each["per_family_instance_index"])):
+    for run in sorted(runs, key=lambda each: each["family_index"]):
         if run["run_type"] != "iteration":
             continue
         work, who, *size = run["name"].split("/")
@@ -54,21 +60,26 @@ def read_rows(path):
     ]
 
 
-UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
-
-
 def judge_samples(times):
     errors = [time for time in times if isinstance(time, str)]
     return errors[0] if errors else statistics.median(times)
 
 
+def files_of(folder):
+    return sorted(folder.glob("*.json"), key=lambda each: each.stem)
+
+
 def read_tables(folder):
     """Returns a list of rows for each program, with and without a second thread."""
     tables = collections.OrderedDict()
-    for path in sorted(folder.glob("*.json"), key=lambda each: each.stem):
+    for path in files_of(folder):
         name = path.stem.removesuffix(SECOND_THREAD).removesuffix("Bench")
         tables.setdefault(name, []).extend(read_rows(path))
     return tables
+
+
+def read_date(folder):
+    return max(read_json(path)["context"]["date"][:10] for path in files_of(folder))
 
 
 # ---- Judging ------------------------------------------------------------------------------------
@@ -89,8 +100,10 @@ def best_peer(row):
 
 
 def measure_of(goal, row, sizes):
-    """Returns the time that a goal compares ours with, None if it was not to be had, or NO_SUCH if
-    the goal does not concern the row. `sizes` has the rows of the same work."""
+    """Returns the time that a goal compares ours with, None if it was not measured, or NO_SUCH.
+
+    `sizes` has the rows of the same work.
+    """
     of = goal["of"]
     if of == "best peer":
         return best_peer(row)
@@ -113,7 +126,7 @@ def results_of(row, sizes, goals):
         ratio = ours / measure if ours is not None and measure is not None else None
         wanted = "%g of %s" % (goal["at_most"], goal["of"].removeprefix(FLOOR))
         met = ratio is not None and ratio <= goal["at_most"]
-        results.append(Result(wanted, ratio, met, goal.get("because", "")))
+        results.append(Result(row, wanted, ratio, met, goal.get("because", "")))
     return results
 
 
@@ -125,9 +138,9 @@ def show_time(time):
         return ""
     if isinstance(time, str):
         return time
-    for unit, length in (("s", 1e9), ("ms", 1e6), ("us", 1e3)):
-        if time >= length:
-            return "%.3g %s" % (time / length, unit) if time < 999.5 * length else "%.0f s" % (time / 1e9)
+    for unit in ("s", "ms", "us"):
+        if time >= UNITS[unit]:
+            return "%.3g %s" % (time / UNITS[unit], unit)
     return "%.3g ns" % time
 
 
@@ -164,7 +177,7 @@ def cells_of(row, peers, sized, results):
 
 
 def table_of(rows, goals):
-    """Returns the lines of a table, and how many goals there are in it and how many are met."""
+    """Returns the lines of a table, and what the goals say about its rows."""
     peers = list(dict.fromkeys(who for row in rows for who in row.times))
     peers = [who for who in peers if who != OURS and not who.startswith(FLOOR)]
     sized = any(row.size is not None for row in rows)
@@ -190,15 +203,25 @@ def machine():
     return "%s, %d cores" % (models[0], len(models)) if models else "unknown machine"
 
 
-def page_of(tables, goals):
-    lines = ["%s, %s." % (datetime.date.today().isoformat(), machine())]
+def show_missed(result):
+    row = result.row
+    size = ", size {:,}".format(row.size) if row.size is not None else ""
+    ratio = show_ratio(result.ratio) or "not measured"
+    return "- %s%s: %s, at most %s" % (row.work, size, ratio, result.wanted)
+
+
+def page_of(date, tables, goals):
+    lines = ["%s, %s." % (date, machine())]
     everything = []
     for name, rows in tables.items():
         table, results = table_of(rows, goals)
         everything += results
         lines += ["", "### " + name, ""] + table
-    met = sum(result.met for result in everything)
-    return lines + ["", "%d of %d goals are met." % (met, len(everything))]
+    missed = [result for result in everything if not result.met]
+    lines += ["", "%d of %d goals are met." % (len(everything) - len(missed), len(everything))]
+    if missed:
+        lines += ["", "Not met:", ""] + [show_missed(result) for result in missed]
+    return lines
 
 
 def update(page, name, lines):
@@ -214,7 +237,8 @@ def update(page, name, lines):
 def main(results, goals_path, *options):
     with open(goals_path, "rb") as file:
         goals = tomllib.load(file)["goal"]
-    lines = page_of(read_tables(pathlib.Path(results)), goals)
+    folder = pathlib.Path(results)
+    lines = page_of(read_date(folder), read_tables(folder), goals)
     print("\n".join(lines))
     if options:
         update(options[1], options[2], lines)

@@ -114,7 +114,8 @@ ensure_packages() {
 # ensure_source PACKAGE FOLDER
 #
 # Sees to it that the folder holds the sources of a Debian package, as their authors publish them.
-# Uses the package sources of this machine, of which it asks for the sources too, in lists of its own.
+# Uses the package sources of this machine, of which it asks for the sources too, with lists of its
+# own.
 ensure_source() {
   local package=$1
   local folder
