@@ -128,7 +128,7 @@ ensure_source() {
   mkdir -p "$room/parts" "$room/lists/partial" "$room/archives/partial" "$folder"
   local file
   for file in /etc/apt/sources.list /etc/apt/sources.list.d/*; do
-    if [ -s "$file" ] && grep --quiet 'debian.org' "$file"; then
+    if [ -s "$file" ]; then
       sed -E -e 's/^Types: deb$/Types: deb-src/' -e 's/^deb /deb-src /' "$file" \
         >"$room/parts/$(basename "$file")"
     fi
@@ -140,7 +140,7 @@ ensure_source() {
     -o "Dir::Cache=$room"
     -o "APT::Sandbox::User="
   )
-  apt-get -q "${options[@]}" update || return
+  apt-get -q "${options[@]}" update || true  # Who has none of this package may have no sources.
   (cd "$room" && apt-get -q "${options[@]}" source --download-only "$package") || return
   tar --extract --file "$room"/*.orig.tar.* --directory "$folder" --strip-components 1
   rm -rf "$room"
