@@ -96,6 +96,7 @@ struct lvrHashMap::EntryLinks {
       stringIn(entry.key).markKeyText();
     }
   }
+  static std::uint32_t countChanges() { return lvrString::getKeyTextChanges(); }
 };
 
 // What stands behind the bucket heads, out of sight of whoever knows the map's fields. Behind and

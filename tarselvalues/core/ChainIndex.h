@@ -9,13 +9,13 @@
 //
 // A table walks its chains until that has cost as much as building an index, and then builds one.
 // Without memory for it the index is dropped, and the chains are walked again. It is also dropped
-// when a text that may be a key has been set anew (lvrString::getKeyTextChanges()).
+// when a text that an entry may be found by has been set anew (lvrString::markKeyText()).
 //
 // Links:  tells about a table's entries: the type Entry; `Entry*& next(Entry&)`;
 //         `uint32_t hash(Entry const&, uint32_t seed)`, equal for entries that match the same search;
 //         `bool isFindable(Entry const&)`, false for those that a search may match whatever their
-//         hash; and `void watch(Entry const&)`, from which on a change of these answers is counted
-//         (lvrString::markKeyText()).
+//         hash; `void watch(Entry const&)`, from which on a change of these answers is counted; and
+//         `uint32_t countChanges()`, which tells their number.
 // Memory: a pointer and a count, until an index is built. That takes 16 bytes for a slot on 32-bit
 //         targets, of which at most three in four are in use, and a link for each chain.
 #pragma once
@@ -29,7 +29,6 @@
 #include <utility>
 
 #include "tarselvalues/core/Tuning.h"
-#include "tarselvalues/core/lvrString.h"
 
 namespace tarselvalues {
 
@@ -92,7 +91,7 @@ class ChainIndex {
 
   // Whether there is an index, so that the operations below it may be called.
   bool isReady() {
-    if (built_ != nullptr && built_->changes != lvrString::getKeyTextChanges()) {
+    if (built_ != nullptr && built_->changes != Links::countChanges()) {
       drop();
     }
     return built_ != nullptr;
@@ -151,6 +150,7 @@ class ChainIndex {
     close(static_cast<std::size_t>(slot - built_->slots));
     --built_->used;
     built_->unfindable -= Links::isFindable(entry) ? 0 : 1;
+    shrink();
     return link;
   }
 
@@ -169,7 +169,7 @@ class ChainIndex {
     std::size_t used;        // how many of them
     std::size_t unfindable;  // how many of those
     std::uint32_t seed;
-    std::uint32_t changes;  // of key texts, when it was built
+    std::uint32_t changes;  // Links::countChanges() when it was built
   };
 
   static constexpr std::size_t FirstSlots = 64;
@@ -201,7 +201,7 @@ class ChainIndex {
     built_->ends = allocate<Entry**>(chains);
     built_->mask = FirstSlots - 1;
     built_->seed = chooseSeed();
-    built_->changes = lvrString::getKeyTextChanges();
+    built_->changes = Links::countChanges();
     if (built_->slots == nullptr || built_->ends == nullptr || !insertAll(heads, chains)) {
       drop();
     }
@@ -241,14 +241,25 @@ class ChainIndex {
     }
   }
 
-  bool grow() {
-    std::size_t const old = built_->mask + 1;
-    Slot* const grown = allocate<Slot>(old * 2);
-    if (grown == nullptr) {
+  bool grow() { return resize((built_->mask + 1) * 2); }
+
+  // Gives back half of the slots where few are in use.
+  void shrink() {
+    std::size_t const slots = built_->mask + 1;
+    if (slots > FirstSlots && built_->used < slots / 8) {
+      resize(slots / 2);
+    }
+  }
+
+  // Returns whether there was memory for it.
+  bool resize(std::size_t count) {
+    Slot* const resized = allocate<Slot>(count);
+    if (resized == nullptr) {
       return false;
     }
-    Slot* const slots = std::exchange(built_->slots, grown);
-    built_->mask = old * 2 - 1;
+    std::size_t const old = built_->mask + 1;
+    Slot* const slots = std::exchange(built_->slots, resized);
+    built_->mask = count - 1;
     for (std::size_t i = 0; i < old; ++i) {
       if (slots[i].entry != nullptr) {
         place(slots[i]);

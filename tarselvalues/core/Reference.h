@@ -1,7 +1,7 @@
 // How the library itself takes and drops references. Not for users: they hold cells.
 //
-// A count is touched in Counting, in KeptAlive and in lvReferencable::__removeRef() only. It says how many cells,
-// handles and cursors hold the object; see lvReferencable.h for its other values.
+// A count is touched in Counting, in KeptAlive and in lvReferencable::__removeRef() only. It says
+// how many cells, handles and cursors hold the object; see lvReferencable.h for its other values.
 #pragma once
 
 #include <optional>

@@ -134,6 +134,7 @@ struct lvString::ChainLinks {
   }
   static bool isFindable(Entry const& /*entry*/) { return true; }
   static void watch(Entry const& entry) { entry.markKeyText(); }
+  static std::uint32_t countChanges() { return lvrString::getEntryTextChanges(); }
 };
 
 // The chains of the one table, and the index that finds what is in them. Requires the table's lock.

@@ -12,6 +12,7 @@
 #include <functional>
 
 #include "tarselvalues/core/Address.h"
+#include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
 
 namespace {
@@ -99,6 +100,7 @@ char const lvrString::strNil[] = "(NIL)";
 char const lvrString::strNull[] = "(NULL)";
 char const lvrString::strEmpty[] = "";
 std::atomic<std::uint32_t> lvrString::keyTextChanges_{0};
+std::atomic<std::uint32_t> lvrString::entryTextChanges_{0};
 
 lvrString::lvrString() : text_(nullptr), length_(0), flags_(0), cachedHash_(0) {
   setKind(StringKind);
@@ -335,6 +337,9 @@ void lvrString::freeText() {
 void lvrString::noteTextChange() {
   if (hasOwnBit(KeyTextBit)) {
     keyTextChanges_.fetch_add(1, std::memory_order_relaxed);
+    if (tarselvalues::isExactly<lvString::StringEntry>(*this)) {
+      entryTextChanges_.fetch_add(1, std::memory_order_relaxed);
+    }
   }
 }
 

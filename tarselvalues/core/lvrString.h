@@ -133,11 +133,15 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   // For a new entry of the string table, filed under `hash`.
   TARSELVALUES_INTERNAL void markInterned(unsigned int hash);
 
-  // For a string that is found by a hash of its text, in a table or as the key of a map: from now on
-  // a change of the text is counted. The count is the same for all strings.
+  // For a string that is found by a hash of its text, in the table or as the key of a map: from now
+  // on a change of the text is counted, in one count for the table's entries, which hardly ever
+  // change, and one for all strings.
   TARSELVALUES_INTERNAL void markKeyText() const { setOwnBit(KeyTextBit); }
   TARSELVALUES_INTERNAL static std::uint32_t getKeyTextChanges() {
     return keyTextChanges_.load(std::memory_order_relaxed);
+  }
+  TARSELVALUES_INTERNAL static std::uint32_t getEntryTextChanges() {
+    return entryTextChanges_.load(std::memory_order_relaxed);
   }
 
   // As equiv(), for two strings of the library's own classes.
@@ -184,6 +188,7 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   int setFormatted(char const* formatted, std::intptr_t value);
 
   static std::atomic<std::uint32_t> keyTextChanges_;
+  static std::atomic<std::uint32_t> entryTextChanges_;
 
   char const* text_;
   std::uint16_t length_;  // 65535 means: that or more, to be counted.
