@@ -250,7 +250,7 @@ class ChangingKeys {
     for (int i = 10; i < 160; ++i) {
       add(integer(7 * i), hashOfInteger(7 * i));
     }
-    for (unsigned i = 1; i <= 20; ++i) {
+    for (std::uintptr_t i = 1; i <= 20; ++i) {
       add(pointer(8 * i), hashOfInteger(static_cast<int>(i)));
     }
   }
