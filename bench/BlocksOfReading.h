@@ -18,7 +18,9 @@ struct BlockEvents {
   BlockEvent const* end;
 };
 
-// In the order of documents().
-extern BlockEvents const blocksOfReading[];
+// In the order of documents(): the blocks that the library takes, and those that it takes when each
+// object and each text has one of its own.
+extern BlockEvents const OwnBlocks[];
+extern BlockEvents const ObjectBlocks[];
 
 }  // namespace bench

@@ -1,5 +1,5 @@
-// Prints, as the source that defines blocksOfReading, what reading each document and releasing it
-// allocates and frees. It has a library of its own, which takes each object from malloc by itself.
+// Prints what reading each document and releasing it allocates and frees, as the source that
+// defines an array of BlockEvents, whose name is the argument.
 
 #include <array>
 #include <cstddef>
@@ -96,7 +96,10 @@ __attribute__((visibility("default"))) void free(void* block) {
 }
 // NOLINTEND(bugprone-reserved-identifier,readability-inconsistent-declaration-parameter-name)
 
-int main() {
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    return 2;
+  }
   std::puts("#include \"bench/BlocksOfReading.h\"\n\nnamespace bench {\n\nnamespace {\n");
   std::size_t const count = bench::documents().size();
   for (std::size_t i = 0; i < count; ++i) {
@@ -108,7 +111,7 @@ int main() {
     recorder.stop();
     recorder.print(i);
   }
-  std::puts("}  // namespace\n\nBlockEvents const blocksOfReading[] = {");
+  std::printf("}  // namespace\n\nBlockEvents const %s[] = {\n", argv[1]);
   for (std::size_t i = 0; i < count; ++i) {
     std::printf("    {blocks%zu, events%zu, events%zu + sizeof(events%zu) / sizeof(BlockEvent)},\n",
                 i, i, i, i);

@@ -213,7 +213,8 @@ void addAll() {
     add(read, "RapidJSON", readRapidJson, document);
     add(read, "Boost.JSON", readBoostJson, document);
     add(read, "nlohmann", readNlohmann, document);
-    add(read, "floor: malloc and free of the blocks", allocateBlocks, &blocksOfReading[i]);
+    add(read, "floor: malloc and free of every object", allocateBlocks, &ObjectBlocks[i]);
+    add(read, "floor: malloc and free of our blocks", allocateBlocks, &OwnBlocks[i]);
     add(read, "floor: memcpy of the text", copyText, document);
   }
 }
