@@ -5,12 +5,14 @@
 #include <utility>
 
 #include "tarselvalues/containers/ElementArrays.h"
+#include "tarselvalues/core/CellMove.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/Reference.h"
 
 namespace {
 
 using tarselvalues::cutToLimit;
+using tarselvalues::moveIntoNil;
 
 constexpr int DefaultCapacity = 7;
 constexpr int NotFound = -1;
@@ -92,15 +94,32 @@ int lvrVector::positionOf(lvArg const& value, tarselvalues::KeptWhileAsking& sel
 // Moves the elements from `first` up to `last` one position up, into a free slot.
 void lvrVector::shiftUp(int first, int last) {
   for (int i = last; i >= first; --i) {
-    slot(i + 1) = std::move(slot(i));
+    moveIntoNil(slot(i + 1), std::move(slot(i)));
   }
 }
 
 // Moves the elements from `first` up to `last` one position down, into a free slot.
 void lvrVector::shiftDown(int first, int last) {
   for (int i = first; i <= last; ++i) {
-    slot(i == 0 ? alloced - 1 : i - 1) = std::move(slot(i));
+    moveIntoNil(slot(i == 0 ? alloced - 1 : i - 1), std::move(slot(i)));
   }
+}
+
+// Sees to it that there is a free slot. A derived setAlloced() may refuse.
+bool lvrVector::makeRoom() {
+  return count < alloced ||
+         (count < MaxSize && setAlloced(tarselvalues::grownCapacity(count)) >= 0 &&
+          count < alloced);
+}
+
+bool lvrVector::append(lvArg&& value) {
+  if (!makeRoom()) {
+    return false;
+  }
+  flags = 0;
+  moveIntoNil(slot(count), std::move(value));
+  ++count;
+  return true;
 }
 
 bool lvrVector::insert(lvArg const& value, int index) {
@@ -108,13 +127,10 @@ bool lvrVector::insert(lvArg const& value, int index) {
     return false;
   }
   lvArg incoming(value);  // It may lie in the array that is about to move.
-  if (count >= alloced && setAlloced(tarselvalues::grownCapacity(count)) < 0) {
+  if (!makeRoom() || index > count) {
     return false;
   }
   int const size = count;
-  if (size >= alloced || index > size) {
-    return false;  // A derived setAlloced() made no room.
-  }
   int const position = index == Last ? size : index;
   if (position >= size / 2) {
     shiftUp(position, size - 1);
@@ -124,7 +140,7 @@ bool lvrVector::insert(lvArg const& value, int index) {
   }
   count = static_cast<std::uint16_t>(size + 1);
   flags = 0;
-  slot(position) = std::move(incoming);
+  moveIntoNil(slot(position), std::move(incoming));
   return true;
 }
 
@@ -192,7 +208,7 @@ int lvrVector::setAlloced(int capacity) {
   }
   std::unique_ptr<lvArg[]> ring(new lvArg[wanted]);
   for (int i = 0; i < count; ++i) {
-    ring[static_cast<std::size_t>(i)] = std::move(slot(i));
+    moveIntoNil(ring[static_cast<std::size_t>(i)], std::move(slot(i)));
   }
   if (elements != nullptr && count > 0) {
     start = 0;

@@ -23,6 +23,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
 #include "tarselvalues/containers/lviList.h"
 #include "tarselvalues/core/Export.h"
@@ -120,6 +121,12 @@ class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
     return index >= 0 && index < count ? slot(index) : lvArg::NilValue;
   }
 
+  // Hands the element over; it is nil afterwards. Requires that there is one.
+  TARSELVALUES_INTERNAL lvArg handOver(int index) { return std::move(slot(index)); }
+
+  // As insert() with index -1, but takes the value over, if there is room.
+  TARSELVALUES_INTERNAL bool append(lvArg&& value);
+
  private:
   template <class T>
   friend struct lvLayoutAccess;
@@ -130,6 +137,7 @@ class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
     int const unwrapped = start + position;  // `start` may lie behind a new, smaller array.
     return elements[unwrapped < alloced ? unwrapped : unwrapped % alloced];
   }
+  TARSELVALUES_INTERNAL bool makeRoom();
   TARSELVALUES_INTERNAL void shiftUp(int first, int last);
   TARSELVALUES_INTERNAL void shiftDown(int first, int last);
 

@@ -146,7 +146,7 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
   // Borrows the class name.
   TARSELVALUES_INTERNAL lvArg const& borrowClassName() const { return className_; }
   // Borrows a field of the table of kind Fields; null if there is none.
-  lvArg const* borrowField(lvReferencable const& object, int index) const {
+  lvArg* borrowField(lvReferencable const& object, int index) const {
     GenericMemberOffsetTable const* const table =
         reflection_ != nullptr ? reflection_[Fields] : nullptr;
     if (table == nullptr || index < 0 || index >= table->count) {
@@ -157,7 +157,7 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
       return nullptr;
     }
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the table says that a field lies there.
-    return reinterpret_cast<lvArg const*>(reinterpret_cast<std::intptr_t>(&object) + offset);
+    return reinterpret_cast<lvArg*>(reinterpret_cast<std::intptr_t>(&object) + offset);
   }
 
  private:
