@@ -105,6 +105,25 @@ constexpr ByteWord markRange(ByteWord bytes, unsigned first, unsigned last) {
   return (bytes + repeated(0x80 - first)) ^ (bytes + repeated(0x7F - last));
 }
 
+// Whether none of the bytes ends a quoted string or begins an escape in it.
+constexpr bool areVerbatim(ByteWord bytes) {
+  constexpr ByteWord one = repeated(1);
+  ByteWord const below = (bytes - one) | ((bytes ^ repeated('"')) - one) |
+                         ((bytes ^ repeated('%')) - one) | ((bytes ^ repeated('\\')) - one);
+  return (below & ~bytes & HighBits) == 0;
+}
+
+// Returns the first byte that ends a quoted string or begins an escape in it; `end` if there is none.
+inline char const* findSpecial(char const* at, char const* end) {
+  while (end - at >= ByteWordSize && areVerbatim(loadBytes(at))) {
+    at += ByteWordSize;
+  }
+  while (at != end && *at != '"' && *at != '%' && *at != '\\' && *at != '\0') {
+    ++at;
+  }
+  return at;
+}
+
 constexpr bool areAscii(ByteWord bytes) { return (bytes & HighBits) == 0; }
 
 // Whether all of the bytes are of the WordClasses.

@@ -1,35 +1,68 @@
 #include "tarselvalues/serial/TreeReader.h"
 
 #include <cstdio>
+#include <typeinfo>
 #include <utility>
 
 #include "tarselvalues/containers/lviList.h"
 #include "tarselvalues/containers/lviMap.h"
+#include "tarselvalues/containers/lvrHashMap.h"
+#include "tarselvalues/containers/lvrVector.h"
+#include "tarselvalues/core/ClassCast.h"
+#include "tarselvalues/core/Tuning.h"
 #include "tarselvalues/reflect/lvClass.h"
 #include "tarselvalues/reflect/lvtClassRegistry.h"
+#include "tarselvalues/serial/ReaderSizes.h"
 #include "tarselvalues/serial/lvArgDest.h"
 #include "tarselvalues/serial/lvrCommonSerializer.h"
+#include "tarselvalues/serial/lvtStringArgSource.h"
 
 namespace tarselvalues {
 
 namespace {
-
-// Room for this many elements or buckets in what is read.
-constexpr int FrameSizeHint = 6;
-constexpr int FieldSizeHint = 8;
 
 // What a tuple keeps of its items.
 constexpr int TupleSize = 2;
 
 constexpr int Failed = lvrCommonSerializer::CS_ERR_FAILED;
 
+// The object in a cell, if it is of that very class.
+template <class Class>
+Class* exactly(lvArg const& cell) {
+  lvReferencable* const object = cell.getReferencable();
+  return object != nullptr && isExactly<Class>(*object) ? static_cast<Class*>(object) : nullptr;
+}
+
+// Whether comparing, hashing or releasing the value runs no function of the program.
+bool isPlain(lvArg const& value) {
+  lvReferencable const* const object = value.getReferencable();
+  return object == nullptr || isOwnString(*object);
+}
+
 }  // namespace
+
+// Reading at once makes no difference to what is read.
+TreeReader::TreeReader(lvArgSource& items) : source(items) {
+  if (Tuned && typeid(items) == typeid(lvtStringArgSource)) {
+    atOnce.emplace(static_cast<lvtStringArgSource&>(items), levels, keysOpen);
+  }
+}
 
 // ---- Entries -----------------------------------------------------------------------------------
 
 int TreeReader::readItem(lvArg& out) {
   for (;;) {
     lvArg item;
+    if (atOnce.has_value() && atOnce->readItem(item)) {
+      out = std::move(item);
+      return 0;
+    }
+    if (!levels.empty()) {
+      return finishFrame(out);
+    }
+    if (atOnce.has_value() && atOnce->hasClassName()) {
+      return readFrame(out, atOnce->takeClassName());
+    }
     int const result = source.getArg(item);
     switch (result) {
       case lvArgSource::SOURCE_ITEM:
@@ -47,10 +80,13 @@ int TreeReader::readItem(lvArg& out) {
 }
 
 int TreeReader::readFrame(lvArg& out, lvArg const& kind) {
-  int status = begin(kind);
-  if (status == 0) {
-    status = readLevels();
-  }
+  int const status = begin(kind);
+  return status == 0 ? finishFrame(out) : status;
+}
+
+// Reads the rest of what has begun.
+int TreeReader::finishFrame(lvArg& out) {
+  int const status = readLevels();
   if (status < 0) {
     return status;
   }
@@ -69,7 +105,7 @@ int TreeReader::readTuple(lvArg& key, lvArg& value) {
 }
 
 int TreeReader::readMapContents(lvHashMap const& map) {
-  int const status = beginMap(map);
+  int const status = beginMap(map, false);
   return status == 0 ? readLevels() : status;
 }
 
@@ -101,7 +137,7 @@ int TreeReader::begin(lvArg const& kind) {
   }
   switch (kind.getInt()) {
     case lvArgDest::MapFrame:
-      return beginMap(lvHashMap(FrameSizeHint));
+      return beginMap(lvHashMap(FrameSizeHint), true);
     case lvArgDest::VectorFrame:
       return beginVector(lvVector(FrameSizeHint));
     default:
@@ -109,10 +145,11 @@ int TreeReader::begin(lvArg const& kind) {
   }
 }
 
-int TreeReader::beginMap(lvHashMap map) {
+int TreeReader::beginMap(lvHashMap map, bool isNew) {
   Level level;
   level.kind = Level::Map;
   level.map = map.getMap();
+  level.plainMap = isNew ? exactly<lvrHashMap>(map) : nullptr;
   level.first = std::move(map);
   if (level.map == nullptr) {
     return Failed;
@@ -125,6 +162,7 @@ int TreeReader::beginVector(lvVector vector) {
   Level level;
   level.kind = Level::Vector;
   level.list = vector.getList();
+  level.plainList = exactly<lvrVector>(vector);
   level.first = std::move(vector);
   if (level.list == nullptr) {
     return Failed;
@@ -134,10 +172,9 @@ int TreeReader::beginVector(lvVector vector) {
 }
 
 int TreeReader::beginObject(lvArg const& className) {
-  lvClass const described(lvtClassRegistry::getInstance()->getClass(className));
   Level level;
   level.kind = Level::Object;
-  level.described = described.getClass();
+  level.described = classNamed(className);
   if (level.described == nullptr) {
     std::puts("CS_ERR_UNKNOWN_CLASS_KEY");
     return lvrCommonSerializer::CS_ERR_UNKNOWN_CLASS_KEY;
@@ -148,11 +185,26 @@ int TreeReader::beginObject(lvArg const& className) {
     return lvrCommonSerializer::CS_ERR_NO_CLASS_CTOR;
   }
   level.first = lvArg(*made);
-  lvVector values(FieldSizeHint);
-  level.list = values.getList();
-  level.second = std::move(values);
+  level.second = spareValues.isNil() ? lvVector(FieldSizeHint) : std::move(spareValues);
+  level.plainList = exactly<lvrVector>(level.second);
+  level.list = level.plainList;
   push(std::move(level));
   return 0;
+}
+
+// The registered class of this name; null if there is none. Objects of one class come together, and
+// what is registered stays: the last answer serves as long as the names are alike.
+lvrClass const* TreeReader::classNamed(lvArg const& name) {
+  bool const isOwn = name.getType() == lvArg::StringType && isPlain(name);
+  if (isOwn && lastClass != nullptr && name.equiv(lastName) != 0) {
+    return lastClass;
+  }
+  lvClass const found(lvtClassRegistry::getInstance()->getClass(name));
+  if (isOwn) {
+    lastName = name;
+    lastClass = found.getClass();
+  }
+  return found.getClass();
 }
 
 int TreeReader::beginTuple() {
@@ -180,10 +232,13 @@ int TreeReader::readLevels() {
   return endStatus;
 }
 
-// Reads the next item of the innermost frame.
+// Reads the next item of the innermost frame, or more.
 void TreeReader::readNext() {
-  bool const inMap = levels.back().kind == Level::Map;
+  if (readAtOnce()) {
+    return;
+  }
   lvArg item;
+  bool const inMap = levels.back().kind == Level::Map;
   switch (source.getArg(item)) {
     case lvArgSource::SOURCE_ITEM:
       take(std::move(item));
@@ -208,11 +263,41 @@ void TreeReader::readNext() {
   }
 }
 
+// Reads as much of the innermost frame as can be read at once; false if what comes next is to be read
+// item by item. Frames inside of it may have begun then.
+bool TreeReader::readAtOnce() {
+  if (!atOnce.has_value()) {
+    return false;
+  }
+  if (atOnce->hasClassName()) {
+    begin(atOnce->takeClassName());  // As in readNext().
+    return true;
+  }
+  bool const inTuple = levels.back().kind == Level::Tuple;
+  lvrVector* const list = levels.back().plainList;
+  lvrHashMap* const map = levels.back().plainMap;
+  lvArg item;
+  if (inTuple && atOnce->readItem(item)) {
+    take(std::move(item));
+    return true;
+  }
+  if ((list != nullptr && atOnce->readItems(*list)) ||
+      (map != nullptr && atOnce->readEntries(*map))) {
+    end(0);
+    return true;
+  }
+  return atOnce->hasClassName();
+}
+
 // Gives the innermost frame an item. A map takes none but tuples.
 void TreeReader::take(lvArg item) {
   Level& level = levels.back();
   if (level.list != nullptr) {
-    level.list->insert(item, -1);
+    if (level.plainList != nullptr) {
+      level.plainList->append(std::move(item));
+    } else {
+      level.list->insert(item, -1);
+    }
   } else if (level.kind == Level::Tuple && level.items < TupleSize) {
     keysOpen -= level.items == 0 ? 1 : 0;
     (level.items++ == 0 ? level.first : level.second) = std::move(item);
@@ -239,6 +324,8 @@ void TreeReader::end(int status) {
         level.first.setNil();
       } else {
         status = setFields(level);
+        level.plainList->clear();
+        spareValues = std::move(level.second);
       }
       break;
     default:
@@ -248,19 +335,34 @@ void TreeReader::end(int status) {
     outermost = std::move(level);
     endStatus = status;
   } else if (level.kind == Level::Tuple) {
-    levels.back().map->put(level.first, level.second);
+    put(levels.back(), level);
   } else if (status >= 0) {
     take(std::move(level.first));
   }
 }
 
+// Puts a tuple into the map around it.
+void TreeReader::put(Level& around, Level& tuple) {
+  if (around.plainMap == nullptr) {
+    around.map->put(tuple.first, tuple.second);
+    return;
+  }
+  lvrHashMap& map = *around.plainMap;
+  if (!isPlain(tuple.first) || !isPlain(tuple.second)) {
+    around.plainMap = nullptr;
+  }
+  map.putMoved(std::move(tuple.first), std::move(tuple.second));
+}
+
 int TreeReader::setFields(Level const& object) {
-  for (int i = 0; i < object.list->getSize(); ++i) {
-    if (object.described->setFieldAt(*object.first.getReferencable(), object.list->at(i),
-                                     lvrClass::Fields, i) != 0) {
+  lvrVector& values = *object.plainList;
+  for (int i = 0; i < values.lvrVector::getSize(); ++i) {
+    lvArg* const field = object.described->borrowField(*object.first.getReferencable(), i);
+    if (field == nullptr) {
       std::puts("CS_ERR_REF_SETUP_ERROR");
       return lvrCommonSerializer::CS_ERR_REF_SETUP_ERROR;
     }
+    *field = values.handOver(i);
   }
   return 0;
 }

@@ -4,20 +4,22 @@
 // depth of the text.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "tarselvalues/containers/lvHashMap.h"
 #include "tarselvalues/containers/lvVector.h"
 #include "tarselvalues/core/Export.h"
 #include "tarselvalues/core/lvArg.h"
-#include "tarselvalues/reflect/lvrClass.h"
+#include "tarselvalues/serial/PlainParser.h"
+#include "tarselvalues/serial/ReaderLevel.h"
 #include "tarselvalues/serial/lvArgSource.h"
 
 namespace tarselvalues {
 
 class TARSELVALUES_INTERNAL TreeReader {
  public:
-  explicit TreeReader(lvArgSource& items) : source(items) {}
+  explicit TreeReader(lvArgSource& items);
 
   // Each returns the status that lvrCommonSerializer's operation of the like name returns.
   int readItem(lvArg& out);
@@ -28,40 +30,37 @@ class TARSELVALUES_INTERNAL TreeReader {
   int readObjectContents(lvArg& out, lvArg const& className);
 
  private:
-  // A frame that has begun. What it is made of lies in two cells.
-  struct Level {
-    enum Kind { Tuple, Map, Vector, Object };
-
-    Kind kind = Vector;
-    int items = 0;  // of a tuple: how many there were
-    lvArg first;    // the container or the object; a tuple's key
-    lvArg second;   // an object's field values, in a vector; a tuple's value
-    lviMap* map = nullptr;
-    lviList* list = nullptr;              // takes the items of a vector or an object
-    lvrClass const* described = nullptr;  // an object's; classes are never unregistered
-  };
+  using Level = ReaderLevel;
 
   // Room for as many as most texts have.
   static constexpr int FirstLevels = 8;
 
   int begin(lvArg const& kind);
-  int beginMap(lvHashMap map);
+  int beginMap(lvHashMap map, bool isNew);
   int beginVector(lvVector vector);
   int beginObject(lvArg const& className);
   int beginTuple();
   void push(Level level);
 
   int readLevels();
+  int finishFrame(lvArg& out);
   void readNext();
+  bool readAtOnce();
   void take(lvArg item);
   void end(int status);
+  static void put(Level& around, Level& tuple);
   static int setFields(Level const& object);
+  lvrClass const* classNamed(lvArg const& name);
 
   lvArgSource& source;
   std::vector<Level> levels;
-  int keysOpen = 0;   // how many of the open tuples have no key yet
-  Level outermost;    // once it has ended
-  int endStatus = 0;  // the status it ended with
+  int keysOpen = 0;                   // how many of the open tuples have no key yet
+  std::optional<PlainParser> atOnce;  // where the source allows it
+  Level outermost;                    // once it has ended
+  int endStatus = 0;                  // the status it ended with
+  lvArg spareValues;                  // an empty vector for the values of the next object, or nil
+  lvArg lastName;                     // the class name that was looked up last, and its class
+  lvrClass const* lastClass = nullptr;
 };
 
 }  // namespace tarselvalues

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "tarselvalues/core/lvrString.h"
+#include "tarselvalues/serial/StringCell.h"
 #include "tarselvalues/serial/TextSyntax.h"
 #include "tarselvalues/serial/lvArgDest.h"
 
@@ -16,6 +17,7 @@ using tarselvalues::continuesWord;
 using tarselvalues::isBlank;
 using tarselvalues::isDigit;
 using tarselvalues::isHexDigit;
+using tarselvalues::makeString;
 using tarselvalues::startsWord;
 
 constexpr int Measure = -1;
@@ -45,19 +47,6 @@ char translate(char c) {
     default:
       return c;
   }
-}
-
-// Returns a cell with a new string of its own.
-lvArg makeString(char const* bytes, std::size_t count) {
-  if (lvrString::fitsOneBlock(count, lvrString::CopyAndOwnEmpty)) {
-    return lvArg(*lvrString::make<lvrString>(bytes, count));
-  }
-  auto* const string = new lvrString;
-  lvArg cell(*string);
-  if (string->setStringDataFast(bytes, static_cast<int>(count), lvrString::CopyAndOwnEmpty) != 0) {
-    throw std::bad_alloc();
-  }
-  return cell;
 }
 
 }  // namespace

@@ -27,6 +27,10 @@
 #include "tarselvalues/core/lvString.h"
 #include "tarselvalues/serial/lvArgSource.h"
 
+namespace tarselvalues {
+class PlainParser;
+}  // namespace tarselvalues
+
 class TARSELVALUES_API lvtStringArgSource : public lvArgSource {
  public:
   // What getNextToken() answers, besides the code of a punctuation character: # ( ) * , - = [ ] { }
@@ -80,6 +84,7 @@ class TARSELVALUES_API lvtStringArgSource : public lvArgSource {
  private:
   template <class T>
   friend struct lvLayoutAccess;
+  friend class tarselvalues::PlainParser;
 
   enum State : std::int32_t {
     ItemAfterSeparator = 0,
