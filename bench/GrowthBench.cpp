@@ -5,6 +5,7 @@
 #include <tarselvalues/tarselvalues.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <ctime>
 #include <limits>
@@ -41,10 +42,10 @@ template <class Prepare>
 bool isTooLong(Prepare prepare, int size) {
   constexpr double limit = 2;
   constexpr double mostGrowth = 4;  // Twice the size, with the square.
-  constexpr int part = 32;
-  double const half = timeOf(prepare, size / (2 * part));
+  constexpr int part = 16;
   double time = timeOf(prepare, size / part);
-  double const growth = std::min(time / half, mostGrowth);
+  double const ofQuarter = timeOf(prepare, size / (4 * part));
+  double const growth = std::min(std::sqrt(time / ofQuarter), mostGrowth);
   for (int reached = size / part; reached < size; reached *= 2) {
     time *= growth;
   }

@@ -97,6 +97,10 @@ void makeNew(benchmark::State& state, Texts const* texts) {
   internEach<Interner>(state, *texts, {size, size + 1, size + 2, size + 3});
 }
 
+inline std::string findAnyWork(Texts const& texts) {
+  return std::string("find any string") + texts.suffix;
+}
+
 // Finding only, for who cannot let go, with so many alive at most.
 template <class Interner>
 void addFinding(std::string const& who, int most = AliveCounts[2]) {
@@ -107,8 +111,7 @@ void addFinding(std::string const& who, int most = AliveCounts[2]) {
       }
       add(std::string("find the same 100 strings") + texts->suffix, who, findSame<Interner>, texts)
           ->Arg(alive);
-      add(std::string("find any string") + texts->suffix, who, findAny<Interner>, texts)
-          ->Arg(alive);
+      add(findAnyWork(*texts), who, findAny<Interner>, texts)->Arg(alive);
     }
   }
 }

@@ -141,12 +141,16 @@ void build(benchmark::State& state, Keys const* keys) {
   setWorkPerIteration(state, put.size());
 }
 
+inline std::string getAnyWork(Keys const& keys) {
+  return std::string("get, any key, ") + keys.name;
+}
+
 template <class Map>
 void addMap(std::string const& who, Keys const& keys) {
   std::string const suffix = std::string(", ") + keys.name;
   for (int const entries : EntryCounts) {
     add("get, the same 100 keys" + suffix, who, getSame<Map>, &keys)->Arg(entries);
-    add("get, any key" + suffix, who, getAny<Map>, &keys)->Arg(entries);
+    add(getAnyWork(keys), who, getAny<Map>, &keys)->Arg(entries);
     add("put, the same 100 keys" + suffix, who, putSame<Map>, &keys)->Arg(entries);
     add("build a map and release it" + suffix, who, build<Map>, &keys)->Arg(entries);
   }

@@ -9,6 +9,7 @@
 #include <unordered_map>
 
 #include "bench/Bench.h"
+#include "bench/Floors.h"
 #include "bench/Maps.h"
 #include "bench/OurCells.h"
 #include "bench/StandardMaps.h"
@@ -51,10 +52,19 @@ void addStandard(Keys const& keys) {
   addMap<StandardMap<boost::unordered_flat_map<Key, SharedText>>>("Boost.Unordered", keys);
 }
 
+// The floor of looking up any key.
+void addTouching(Keys const& keys) {
+  bool const keysAreObjects = keys.textOf != nullptr;
+  for (int const entries : EntryCounts) {
+    add(getAnyWork(keys), "floor: touch the entry", touchAny, keysAreObjects)->Arg(entries);
+  }
+}
+
 void addAll() {
   for (Keys const* const keys : {&Integers, &MultiplesOfSeven, &TextKeys, &InternedKeys,
                                  &KeysOfOneHash, &InternedKeysOfOneHash}) {
     addMap<OurMap>("ours", *keys);
+    addTouching(*keys);
   }
   addStandard<int>(Integers);
   addStandard<std::string>(TextKeys);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "bench/Bench.h"
+#include "bench/Floors.h"
 #include "bench/Interning.h"
 
 namespace bench {
@@ -22,7 +23,16 @@ struct Flyweight {
   static Handle intern(std::string const& text) { return Handle(text); }
 };
 
+// The floor of finding any string: the entry is the string, and its text lies behind it.
+void addTouching(Texts const& texts) {
+  for (int const alive : AliveCounts) {
+    add(findAnyWork(texts), "floor: touch the string", touchAny, false)->Arg(alive);
+  }
+}
+
 void addAll() {
+  addTouching(Names);
+  addTouching(TextsOfOneHash);
   addInterning<Ours>("ours");
   addInterning<Flyweight>("Boost.Flyweight");
 }

@@ -90,13 +90,17 @@ def time_of(row, who):
     return time if isinstance(time, float) else None
 
 
-def best(row, fits):
-    times = [time_of(row, who) for who in row.times if fits(who)]
-    return min((time for time in times if time is not None), default=None)
+def is_peer(who):
+    return who != OURS and not who.startswith(FLOOR)
+
+
+def has_peers(row):
+    return any(is_peer(who) for who in row.times)
 
 
 def best_peer(row):
-    return best(row, lambda who: who != OURS and not who.startswith(FLOOR))
+    times = [time_of(row, who) for who in row.times if is_peer(who)]
+    return min((time for time in times if time is not None), default=None)
 
 
 def measure_of(goal, row, sizes):
@@ -106,7 +110,7 @@ def measure_of(goal, row, sizes):
     """
     of = goal["of"]
     if of == "best peer":
-        return best_peer(row)
+        return best_peer(row) if has_peers(row) else NO_SUCH
     if of == "half the size" or of.startswith("size "):
         size = row.size // 2 if of == "half the size" else int(of.removeprefix("size "))
         return time_of(sizes[size], OURS) if size in sizes else NO_SUCH
@@ -179,7 +183,7 @@ def cells_of(row, peers, sized, results):
 def table_of(rows, goals):
     """Returns the lines of a table, and what the goals say about its rows."""
     peers = list(dict.fromkeys(who for row in rows for who in row.times))
-    peers = [who for who in peers if who != OURS and not who.startswith(FLOOR)]
+    peers = [who for who in peers if is_peer(who)]
     sized = any(row.size is not None for row in rows)
     head = ["work"] + (["size"] if sized else []) + [OURS] + peers
     lines = [head + ["floor", "ours / best peer", "goal: at most", "is", "met"]]
