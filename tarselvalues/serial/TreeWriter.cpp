@@ -244,7 +244,6 @@ int TreeWriter<Sink>::finish(Written written) {
   return *written;
 }
 
-// Goes on with the innermost level: until that opens another one, fails, or is closed.
 // Writes, or opens, the next part of the innermost level, or closes that.
 template <class Sink>
 auto TreeWriter<Sink>::writeNext() -> Written {
