@@ -64,8 +64,8 @@ inline void countPlainly(benchmark::State& state) {
   }
 }
 
-// Touches of many things what finding one, taking a reference to its value and dropping that touches:
-// a slot that leads to an entry, the object that is its key, and the count of its value.
+// Touches what finding one of many entries, taking a reference to its value and dropping that does:
+// a slot that leads to the entry, the object that is its key, and the count of its value.
 class TouchedEntries {
  public:
   // Keys may lie in the entries.
