@@ -18,10 +18,13 @@
 
 namespace {
 
-// The calls of calloc since the last start, and whether they fail.
+// The calls of calloc since the last start, and which of them fails: all, or this one.
 struct Callocs {
+  static constexpr int None = -1;
+
   int made = 0;
   bool fail = false;
+  int failing = None;
 };
 
 Callocs callocs;
@@ -33,8 +36,9 @@ Callocs callocs;
 extern "C" {
 void* __real_calloc(std::size_t count, std::size_t size);
 void* __wrap_calloc(std::size_t count, std::size_t size) {
+  bool const fails = callocs.fail || callocs.made == callocs.failing;
   ++callocs.made;
-  return callocs.fail ? nullptr : __real_calloc(count, size);
+  return fails ? nullptr : __real_calloc(count, size);
 }
 }
 // NOLINTEND(bugprone-reserved-identifier)
@@ -199,6 +203,97 @@ TEST(HashMapMemoryOfAMap, IsFreedWithIt) {
 TEST(HashMapMemoryOfAHandle, WhenMissingIsReported) {
   EXPECT_TRUE(runsOutOfMemory([] { lvHashMap const map(7); }));
   EXPECT_TRUE(runsOutOfMemory([] { lvrHashMap::defaultCtorMethod(); }));
+}
+
+// --- The index of a hash map ---------------------------------------------------------------------
+
+// All calls of calloc but that for the buckets are for the index.
+class HashMapIndexMemory : public ::testing::Test {
+ protected:
+  static constexpr int Many = 2000;
+
+  HashMapIndexMemory() : map(7U) {
+    test::startAlternation();
+    put(0);
+    callocs = Callocs();
+  }
+  ~HashMapIndexMemory() override { callocs = Callocs(); }
+
+  // Texts and numbers by turns.
+  static lvArg key(int i) { return i % 2 == 0 ? string(std::to_string(i)) : integer(i); }
+  void put(int i) { ASSERT_EQ(map->put(key(i), integer(i)), 0); }
+  void putAll() {
+    for (int i = 1; i < Many; ++i) {
+      put(i);
+    }
+  }
+  void expectAllFound() {
+    for (int i = 0; i < Many; ++i) {
+      ASSERT_EQ(map->get(key(i)).getInt(), i);
+    }
+    ASSERT_TRUE(map->get(integer(0)).isNil());
+  }
+
+  Held<lvrHashMap> map;
+};
+
+TEST_F(HashMapIndexMemory, IsNoneForAFewEntries) {
+  for (int i = 1; i < 30; ++i) {
+    put(i);
+  }
+  for (int i = 0; i < 1000; ++i) {
+    map->get(integer(i));
+  }
+  EXPECT_EQ(callocs.made, 0);
+}
+
+TEST_F(HashMapIndexMemory, IsTakenForManyEntries) {
+  putAll();
+  EXPECT_GT(callocs.made, 3);
+  expectAllFound();
+}
+
+TEST_F(HashMapIndexMemory, IsNotNeeded) {
+  putAll();
+  std::string const expected = entriesOf(*map);
+  map->freeStorage();
+  test::startAlternation();
+  put(0);
+  callocs.fail = true;
+  putAll();
+  expectAllFound();
+  EXPECT_GT(callocs.made, 10) << "no index was tried";
+  EXPECT_EQ(entriesOf(*map), expected);
+}
+
+TEST_F(HashMapIndexMemory, LosesNothingWhereverItRunsOut) {
+  putAll();
+  std::string const expected = entriesOf(*map);
+  int const needed = callocs.made;
+  ASSERT_GT(needed, 3);
+  for (int failing = 0; failing < needed; ++failing) {
+    map->clear();
+    test::startAlternation();
+    put(0);
+    callocs = Callocs();
+    callocs.failing = failing;
+    putAll();
+    expectAllFound();
+    ASSERT_EQ(entriesOf(*map), expected) << failing;
+  }
+}
+
+// Strings that borrow one text are equal: the index cannot tell where they are.
+TEST_F(HashMapIndexMemory, IsTakenOnceThoughTheIndexCannotTellWhereTextsAre) {
+  lvArg const borrowing(*lvrString::defaultCtorMethod());
+  static_cast<lvrString&>(*borrowing.getReferencable())
+      .setStringData("lent", -1, lvrString::Borrow);
+  map->put(borrowing, integer(-1));
+  putAll();
+  expectAllFound();
+  int const made = callocs.made;
+  expectAllFound();
+  EXPECT_EQ(callocs.made, made);
 }
 
 // --- The vector ----------------------------------------------------------------------------------

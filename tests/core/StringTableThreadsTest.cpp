@@ -436,6 +436,34 @@ TEST_P(StringTableThreads, WalkAtRandomOverTheTextsOfOneChain) {
   EXPECT_EQ(wrong, 0) << "seeds from 31 on";
 }
 
+// So many that the table finds them by its index, which grows meanwhile; it goes whenever an entry is
+// set anew, and comes back.
+TEST_P(StringTableThreads, FindAndLetGoManyTextsOfOneChainWhileEntriesAreSetAnew) {
+  std::vector<std::string> const many = textsOfOneChain(400);
+  std::atomic<int> wrong{0};
+  runTogether(GetParam(), [&](int thread) {
+    std::mt19937 random(static_cast<unsigned>(thread) + 77);
+    std::vector<lvString> handles(many.size());
+    for (int i = 0; i < Rounds / 2; ++i) {
+      std::size_t const number = random() % many.size();
+      lvString const handle(many[number].c_str());
+      wrong += textOf(handle) == many[number] ? 0 : 1;
+      wrong +=
+          handles[number].isNil() || handles[number].getReferencable() == handle.getReferencable()
+              ? 0
+              : 1;
+      handles[number] = random() % 3 == 0 ? lvString() : handle;
+      if (i % 1000 == 500) {
+        lvString const own(("of thread " + std::to_string(thread)).c_str());
+        static_cast<lvrString&>(*own.getReferencable())
+            .setStringData("anew", -1, lvrString::CopyAndOwn);
+      }
+    }
+  });
+  EXPECT_EQ(wrong, 0) << "seeds from 77 on";
+  EXPECT_TRUE(chainOf(many[0]).empty());
+}
+
 TEST_P(StringTableThreads, HandEntriesOnToOneAnother) {
   std::array<lvString, Threads> handles;
   test::Gate gate(GetParam());
