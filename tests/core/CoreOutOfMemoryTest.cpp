@@ -260,6 +260,8 @@ TEST(InternedOutOfMemory, LeavesHandlesAndTheTableAsTheyWereWhenTheyAreMade) {
   exhaust<Handles>("lvString", "lvString", Throws,
                    [](Handles& with) { with.handle = lvString("a new text"); });
   exhaust<Handles>("lvString", "lvString", Throws,
+                   [](Handles& with) { with.handle = lvString(std::string(200, 'a').c_str()); });
+  exhaust<Handles>("lvString", "lvString", Throws,
                    [](Handles& with) { with.handle = lvString(5, "a new text", CopyAndOwn); });
   exhaust<Handles>("lvString", "lvString", Throws,
                    [](Handles& with) { with.handle = lvString(with.plain); });

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -82,6 +83,17 @@ lvArg randomValue(unsigned seed) {
   return test::valueOf(maker.make(7));
 }
 
+class OwnVector : public lvrVector {
+ public:
+  using lvrVector::lvrVector;
+};
+
+// Throws when it is asked for its class.
+class ClasslessObject : public lvReferencable {
+ public:
+  lvString const& getClassDesc() const override { throw std::runtime_error("no class"); }
+};
+
 class SerializerAtOnce : public testing::Test {
  protected:
   static void SetUpTestSuite() { test::registerClasses(); }
@@ -115,6 +127,14 @@ TEST_F(SerializerAtOnce, WritesTheSameInsideOfWhateverIsOpen) {
     expectSame(randomValue(seed), openTuple);
     expectSame(randomValue(seed), openMany);
   }
+}
+
+TEST_F(SerializerAtOnce, WritesTheSameWithoutBareWords) {
+  expectSame(mapOf({{string("a"), vectorOf({string("word"), string("many words"), integer(-7)})}}),
+             [](lvtStringArgDest& writer) {
+               lvLayoutAccess<lvtStringArgDest>::setFlags(
+                   writer, test::flagsOf(writer) & ~test::BareWordsBit);
+             });
 }
 
 TEST_F(SerializerAtOnce, WritesTheSameWithSizes) {
@@ -284,6 +304,25 @@ TEST_F(SerializerAtOnce, LeavesNoReferencesBehind) {
     EXPECT_EQ(value.getReferencable() != nullptr ? test::countOf(value) : 0, before);
     EXPECT_EQ(test::described(value), shown);
   }
+}
+
+TEST_F(SerializerAtOnce, RefusesAVectorOfTheProgramsClassThatHasNoRoom) {
+  lvArg const vector(*new OwnVector(1));
+  char buffer[15];
+  lvtStringArgDest writer(buffer, sizeof(buffer));
+  EXPECT_EQ(test::HeldSerializer()->serializeVectorInto(writer, vector),
+            lvrCommonSerializer::CS_ERR_FAILED);
+  EXPECT_EQ(writer.getStringLength(), 0);
+}
+
+TEST_F(SerializerAtOnce, LetsGoOfWhatIsOpenWhenAnObjectThrows) {
+  lvArg const inner = vectorOf({integer(1), lvArg(*new ClasslessObject)});
+  lvArg const value = mapOf({{string("key"), inner}});
+  char buffer[100];
+  lvtStringArgDest writer(buffer, sizeof(buffer));
+  EXPECT_THROW(test::HeldSerializer()->serializeAtomInto(writer, value), std::runtime_error);
+  EXPECT_EQ(test::countOf(value), 1);
+  EXPECT_EQ(test::countOf(inner), 2);
 }
 
 }  // namespace

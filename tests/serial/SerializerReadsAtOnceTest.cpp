@@ -283,4 +283,18 @@ TEST_F(SerializerReadsAtOnce, LeavesTheLastTokenSharedWithTheValue) {
   EXPECT_EQ(test::countOf(inner), 3);
 }
 
+TEST_F(SerializerReadsAtOnce, DropsWhatAVectorCannotHoldAndKeepsItAsTheLastToken) {
+  constexpr int limit = 65535;
+  std::string text = "{";
+  for (int i = 0; i < limit; ++i) {
+    text += "1,";
+  }
+  text += "last}";
+  lvtStringArgSource source(text.data(), static_cast<int>(text.size()));
+  lvArg value;
+  EXPECT_EQ(test::HeldSerializer()->deserializeItemInto(value, source), 0);
+  EXPECT_EQ(lvVector(value)->getSize(), limit);
+  EXPECT_EQ(test::textOf(Access::tokenValue(source)), "last");
+}
+
 }  // namespace
