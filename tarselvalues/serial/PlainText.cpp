@@ -76,8 +76,8 @@ char* PlainText::writeNil(char* at) {
 char* PlainText::writeString(char* at, lvrString const& string) const {
   char const* const text = string.getText();
   int const length = string.getKnownLength();
-  if (text == nullptr || length < 0 || length > limit - at) {
-    return nullptr;
+  if (text == nullptr || length < 0 || length > limit - at || string.isBorrowing()) {
+    return nullptr;  // A borrowed text may be shorter than it is said to be.
   }
   if (!writer.hasFlag(lvtStringArgDest::BareWords)) {
     return writeQuoted(at, text, length);
@@ -272,11 +272,15 @@ bool PlainText::write(lvArg const& value) {
   if (!begin()) {
     return false;
   }
-  char const* const at = writeValue(writeSeparator(writer.buffer_ + writer.length_), value);
+  char* const start = writer.buffer_ + writer.length_;
+  char const before = *start;
+  char const* const at = writeValue(writeSeparator(start), value);
   if (at != nullptr) {
     end(at, true);
   } else if (hasStoppedInside()) {
     handOver();
+  } else {
+    *start = before;  // The value may be refused: a text that was ended there stays as it was.
   }
   return at != nullptr;
 }

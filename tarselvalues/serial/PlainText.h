@@ -14,7 +14,7 @@
 #include "tarselvalues/core/Export.h"
 #include "tarselvalues/core/lvArg.h"
 #include "tarselvalues/core/lvrString.h"
-#include "tarselvalues/serial/FixedStack.h"
+#include "tarselvalues/serial/SmallStack.h"
 #include "tarselvalues/serial/TreeLevel.h"
 #include "tarselvalues/serial/lvtStringArgDest.h"
 
@@ -22,7 +22,7 @@ namespace tarselvalues {
 
 class TARSELVALUES_INTERNAL PlainText {
  public:
-  using Levels = FixedStack<TreeLevel, lvtStringArgDest::MaxDepth>;
+  using Levels = SmallStack<TreeLevel, lvtStringArgDest::MaxDepth>;
 
   // The writer must be of that very class.
   PlainText(lvtStringArgDest& target, Levels& levels) : writer(target), open(levels) {}

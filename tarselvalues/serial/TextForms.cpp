@@ -33,7 +33,7 @@ int writeEscaped(char** cursor, int* room, char const* text, int most, int reada
     *room -= plain;
     text += plain;
     // What stopped that, or is no whole ByteWord.
-    for (int i = 0; i<ByteWordSize&& * room> 0 && text != end; ++i, ++text) {
+    for (int left = ByteWordSize; left > 0 && *room > 0 && text != end; --left, ++text) {
       if (*text == '\0') {
         return 0;
       }

@@ -5,9 +5,9 @@
 #include "tarselvalues/core/Export.h"
 #include "tarselvalues/core/lvArg.h"
 #include "tarselvalues/reflect/lvrClass.h"
-#include "tarselvalues/serial/FixedStack.h"
 #include "tarselvalues/serial/PlainText.h"
 #include "tarselvalues/serial/SinkFrames.h"
+#include "tarselvalues/serial/SmallStack.h"
 #include "tarselvalues/serial/lvtStringArgDest.h"
 
 namespace tarselvalues {
@@ -17,9 +17,9 @@ class TARSELVALUES_INTERNAL TextSink {
   // No function of the program runs while it writes.
   static constexpr bool RunsProgram = false;
 
-  // Room for all levels that it opens.
+  // There may be more than the writer's levels: a failure closes one of those twice.
   template <class Item>
-  using Stack = FixedStack<Item, lvtStringArgDest::MaxDepth>;
+  using Stack = SmallStack<Item, lvtStringArgDest::MaxDepth>;
 
   TextSink(lvtStringArgDest& target, Stack<TreeLevel>& levels)
       : writer(target), atOnce(target, levels) {}

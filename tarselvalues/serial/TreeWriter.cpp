@@ -310,7 +310,11 @@ auto TreeWriter<Sink>::writeField() -> Written {
     pop();  // It stays open in the sink.
     return SourceError;
   }
-  Element element = *field;
+  if constexpr (!Sink::RunsProgram) {
+    return openValue(*field);
+  }
+  lvArg element;
+  element.assign(*field);  // Without the bits that the object keeps in the field.
   return openValue(element);
 }
 

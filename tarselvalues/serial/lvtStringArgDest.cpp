@@ -203,8 +203,7 @@ int lvtStringArgDest::putArg(lvArg const& value) {
   }
   if (value.getType() == lvArg::StringType && value.getReferencable() != nullptr) {
     auto const& string = static_cast<lvrString const&>(*value.getReferencable());
-    return string.getText() != nullptr ? putString(string.getText(), string.getLength(), room)
-                                       : putString(lvrString::strEmpty, 0, room);
+    return putString(string, room);
   }
   return putNil(room);
 }
@@ -216,7 +215,10 @@ int lvtStringArgDest::putInteger(int value, int room) {
   return status;
 }
 
-int lvtStringArgDest::putString(char const* text, int textLength, int room) {
+int lvtStringArgDest::putString(lvrString const& string, int room) {
+  bool const hasText = string.getText() != nullptr;
+  char const* const text = hasText ? string.getText() : lvrString::strEmpty;
+  int const textLength = hasText ? string.getLength() : 0;
   if (textLength >= room - 1) {
     return ROOM_ERROR;
   }
@@ -228,7 +230,9 @@ int lvtStringArgDest::putString(char const* text, int textLength, int room) {
   append('"');
   char* cursor = buffer_ + length_;
   int quotedRoom = room - 1;
-  tarselvalues::writeEscaped(&cursor, &quotedRoom, text, INT_MAX, textLength);
+  // A borrowed text may be shorter than it is said to be.
+  int const readable = string.isBorrowing() ? 0 : textLength;
+  tarselvalues::writeEscaped(&cursor, &quotedRoom, text, INT_MAX, readable);
   if (cursor == buffer_ + capacity_) {
     // Behind a separator the escapes took the closing quote's place. The byte that filled the room
     // is a plain one, since an escape leaves room for one more.

@@ -24,6 +24,8 @@
 #include "tarselvalues/core/Export.h"
 #include "tarselvalues/serial/lvArgDest.h"
 
+class lvrString;
+
 namespace tarselvalues {
 class PlainText;
 }  // namespace tarselvalues
@@ -135,7 +137,7 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   void writeObjectName(lvArg const& kind);
   void writeSize(int size);
   int putInteger(int value, int room);
-  int putString(char const* text, int textLength, int room);
+  int putString(lvrString const& string, int room);
   int putNil(int room);
 
   char* buffer_;
