@@ -177,6 +177,7 @@ TEST(Fork, FreesAnObjectInTheChildThatAThreadOfItsParentHadLocked) {
 
 TEST(Fork, FreesAnObjectInTheChildThatAThreadOfItsParentWasAboutToLock) {
   lvVector const shared(1);
+  std::thread([] {}).join();  // Without a second thread nothing is locked.
   EXPECT_EQ(Fine, statusOfChild([&] {
               // Taken, and not yet noted down by whom.
               lvLayoutAccess<lvReferencable>::mutex(*shared.getReferencable()).__data.__lock = 1;

@@ -180,7 +180,7 @@ TEST_P(ChainIndexWalk, KnowsTheLinkToEachEntryAndTheEndOfEachChain) {
   EXPECT_GT(largest, 100U) << "it never grew";
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, ChainIndexWalk, ::testing::Values(1U, 2U, 3U, 20260U));
+INSTANTIATE_TEST_SUITE_P(Seeds, ChainIndexWalk, ::testing::Values(1U, 20260U));
 
 class ChainIndex : public ::testing::Test {
  protected:
