@@ -20,7 +20,8 @@ constexpr unsigned Underscore = 2;
 constexpr unsigned Digit = 4;
 constexpr unsigned HexDigit = 8;
 constexpr unsigned Blank = 16;
-constexpr unsigned Escaped = 32;  // written as an escape inside of quotes
+constexpr unsigned Escaped = 32;      // written as an escape inside of quotes
+constexpr unsigned Punctuation = 64;  // a token by itself
 
 constexpr unsigned WordClasses = Letter | Underscore | Digit;
 
@@ -33,8 +34,11 @@ constexpr unsigned classesOf(unsigned c) {
   bool const blank = c == ' ' || (c >= '\t' && c <= '\r');
   // The colon has no meaning in the format and is escaped all the same, deliberately.
   bool const escaped = c < ' ' || c == 127 || c == '"' || c == '%' || c == ':';
-  return (escaped ? Escaped : 0) | (letter ? Letter : 0) | (c == '_' ? Underscore : 0) |
-         (digit ? Digit : 0) | (digit || hexLetter ? HexDigit : 0) | (blank ? Blank : 0);
+  bool const punctuation = c == '#' || c == '(' || c == ')' || c == '*' || c == ',' || c == '-' ||
+                           c == '=' || c == '[' || c == ']' || c == '{' || c == '}';
+  return (escaped ? Escaped : 0) | (punctuation ? Punctuation : 0) | (letter ? Letter : 0) |
+         (c == '_' ? Underscore : 0) | (digit ? Digit : 0) | (digit || hexLetter ? HexDigit : 0) |
+         (blank ? Blank : 0);
 }
 
 // The classes of every byte; none for those from 128 on.
@@ -65,6 +69,7 @@ inline bool isLocalHexDigit(char c) {
   return isLocal(c) && std::isxdigit(static_cast<unsigned char>(c)) != 0;
 }
 
+inline bool isPunctuation(char c) { return isOfClass(c, Punctuation); }
 inline bool isEscaped(char c) { return isOfClass(c, Escaped); }
 inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
 inline bool isBlank(char c) { return isOfClass(c, Blank) || isLocalBlank(c); }

@@ -17,6 +17,7 @@ using tarselvalues::continuesWord;
 using tarselvalues::isBlank;
 using tarselvalues::isDigit;
 using tarselvalues::isHexDigit;
+using tarselvalues::isPunctuation;
 using tarselvalues::makeString;
 using tarselvalues::startsWord;
 
@@ -25,8 +26,6 @@ constexpr int OutOfRange = -1;
 
 // What a step of the state machine answers when it has no result yet.
 constexpr int ReadOn = -1;
-
-constexpr char Punctuation[] = "#()*,-=[]{}";
 
 // Strings of up to this many bytes are unescaped on the stack.
 constexpr std::size_t LocalSize = 500;
@@ -142,8 +141,7 @@ int lvtStringArgSource::getNextToken(lvArg& out) {
 
 int lvtStringArgSource::readPunctuation() {
   char const c = text_[offset_++];
-  // A NUL byte would be found behind the last of them.
-  return c != '\0' && std::strchr(Punctuation, c) != nullptr ? c : int{TOKEN_UNKNOWN};
+  return isPunctuation(c) ? c : int{TOKEN_UNKNOWN};
 }
 
 int lvtStringArgSource::readWord(lvArg& out) {
@@ -201,13 +199,24 @@ lvtStringArgSource::Unescaped lvtStringArgSource::unescape(std::int32_t position
   return {next, static_cast<char>(value), value != 0};
 }
 
+// Returns how many bytes from here on stand for themselves.
+std::size_t lvtStringArgSource::countVerbatim(std::int32_t position) const {
+  char const* const first = text_ + position;
+  return static_cast<std::size_t>(tarselvalues::findSpecial(first, text_ + length_) - first);
+}
+
 // Returns how many bytes the rest of the string yields.
 std::size_t lvtStringArgSource::countUnescaped(std::int32_t position) const {
   std::size_t count = 0;
   while (!endsString(position)) {
-    Unescaped const unit = unescape(position);
-    count += unit.yields ? 1 : 0;
-    position = unit.next;
+    std::size_t const verbatim = countVerbatim(position);
+    count += verbatim;
+    position += static_cast<std::int32_t>(verbatim);
+    if (verbatim == 0) {
+      Unescaped const unit = unescape(position);
+      count += unit.yields ? 1 : 0;
+      position = unit.next;
+    }
   }
   return count;
 }
@@ -218,19 +227,20 @@ int lvtStringArgSource::readQuoted(std::int32_t position, lvArg& out) {
   char* bytes = local;
   std::size_t count = 0;
   while (!endsString(position)) {
-    Unescaped const unit = unescape(position);
-    if (unit.yields) {
-      if (count == LocalSize) {  // Once, since the count only rises.
-        heap.reset(static_cast<char*>(std::malloc(count + countUnescaped(position) + 1)));
-        if (heap == nullptr) {
-          throw std::bad_alloc();
-        }
-        std::memcpy(heap.get(), local, count);
-        bytes = heap.get();
+    std::size_t const verbatim = countVerbatim(position);
+    Unescaped const unit = verbatim != 0 ? Unescaped{} : unescape(position);
+    std::size_t const yield = verbatim != 0 ? verbatim : (unit.yields ? 1 : 0);
+    if (heap == nullptr && count + yield > LocalSize) {
+      heap.reset(static_cast<char*>(std::malloc(count + countUnescaped(position) + 1)));
+      if (heap == nullptr) {
+        throw std::bad_alloc();
       }
-      bytes[count++] = unit.byte;
+      std::memcpy(heap.get(), local, count);
+      bytes = heap.get();
     }
-    position = unit.next;
+    std::memcpy(bytes + count, verbatim != 0 ? text_ + position : &unit.byte, yield);
+    count += yield;
+    position = verbatim != 0 ? position + static_cast<std::int32_t>(verbatim) : unit.next;
   }
   if (heap == nullptr) {
     out = makeString(local, count);

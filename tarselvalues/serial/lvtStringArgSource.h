@@ -112,6 +112,7 @@ class TARSELVALUES_API lvtStringArgSource : public lvArgSource {
   int readQuoted(std::int32_t position, lvArg& out);
   int readPunctuation();
   Unescaped unescape(std::int32_t position) const;
+  std::size_t countVerbatim(std::int32_t position) const;
   std::size_t countUnescaped(std::int32_t position) const;
 
   int readToken();
