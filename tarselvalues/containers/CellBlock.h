@@ -14,6 +14,7 @@
 #include <memory>
 #include <utility>
 
+#include "tarselvalues/containers/SearchedKey.h"
 #include "tarselvalues/core/lvArg.h"
 
 namespace tarselvalues {
@@ -85,30 +86,95 @@ void closeGap(Item* items, std::int32_t inUse, std::int32_t position) {
   zeroItems(items + inUse - 1, 1);
 }
 
-// Bisection for `key` in the positions from `low` up to `high`. `cellAt` gives the cell at a
-// position, `inUse` is how many there are: both are asked again after each comparison, which may
-// run a function of the program that changes the array. Sets `found` and returns where an equal
-// cell is, or the position probed last: a neighbour of where the key belongs, so whoever inserts
-// compares once more.
-template <class CellAt>
-int bisect(lvArg const& key, int low, int high, std::int32_t const& inUse, CellAt cellAt,
-           bool& found) {
-  found = false;
-  int middle = low;
+// Where a search ended.
+struct Probe {
+  int position;  // of an equal cell, or the one probed last: a neighbour of where the key belongs
+  int order;     // of the key against the cell there
+  bool found;
+};
+
+// Bisection for a key in the positions from `low` up to `high`, by its `order` against a cell.
+// `cellAt` gives the cell at a position, `inUse` is how many there are: both are asked again after
+// each comparison, which may run a function of the program that changes the array.
+template <class Order, class CellAt>
+Probe bisectBy(Order order, int low, int high, std::int32_t const& inUse, CellAt cellAt) {
+  Probe probe{low, 0, false};
   while (low < high && high <= inUse) {
-    middle = low + (high - low) / 2;
-    int const order = key.compareTo(cellAt(middle));
-    if (order == 0) {
-      found = middle < inUse;
+    int const middle = low + (high - low) / 2;
+    probe.position = middle;
+    probe.order = order(cellAt(middle));
+    if (probe.order == 0) {
+      probe.found = middle < inUse;
       break;
     }
-    if (order > 0) {
+    if (probe.order > 0) {
       low = middle + 1;
     } else {
       high = middle;
     }
   }
-  return middle;
+  return probe;
+}
+
+// Chooses without a branch.
+inline int choose(bool isFirst, int first, int second) {
+  int const mask = -static_cast<int>(isFirst);
+  return second ^ ((first ^ second) & mask);
+}
+
+// The same steps for an integer. A processor foresees every other step at best: so both steps are
+// worked out, and one is chosen when the comparison is there.
+template <class CellAt>
+Probe bisectForInteger(int number, int low, int high, CellAt cellAt) {
+  Probe probe{low, 0, false};
+  int middle = low + (high - low) / 2;
+  while (low < high) {
+    probe.position = middle;
+    probe.order = orderOfInteger(number, cellAt(middle));
+    if (probe.order == 0) {
+      probe.found = true;
+      break;
+    }
+    bool const isUp = probe.order > 0;
+    int const above = middle + 1;
+    int const next = choose(isUp, above + (high - above) / 2, low + (middle - low) / 2);
+    low = choose(isUp, above, low);
+    high = choose(isUp, high, middle);
+    middle = next;
+  }
+  return probe;
+}
+
+// Bisection in the positions from `low` up to `high`, which is at most `inUse`.
+template <class CellAt>
+Probe bisect(SearchedKey const& searched, int low, int high, std::int32_t const& inUse,
+             CellAt cellAt) {
+  lvArg const& key = searched.get();
+  switch (searched.getWay()) {
+    case SearchedKey::Way::Integer:
+      return bisectForInteger(key.getInt(), low, high, cellAt);
+    case SearchedKey::Way::Text: {
+      char const* const text =
+          static_cast<lvrString const&>(*key.getReferencable()).getTextOrEmpty();
+      return bisectBy([&](lvArg const& cell) { return orderOfText(key, text, cell); }, low, high,
+                      inUse, cellAt);
+    }
+    default:
+      return bisectBy([&](lvArg const& cell) { return key.compareTo(cell); }, low, high, inUse,
+                      cellAt);
+  }
+}
+
+// Where a key belongs that was not found there. `cellAt` and `inUse` as above; comparing once more
+// may change both.
+template <class CellAt>
+int placeFor(SearchedKey const& searched, Probe const& probe, std::int32_t const& inUse,
+             CellAt cellAt) {
+  bool isBehind = probe.order > 0;
+  if (!searched.isDirect()) {
+    isBehind = probe.position < inUse && searched.get().compareTo(cellAt(probe.position)) > 0;
+  }
+  return std::min(isBehind ? probe.position + 1 : probe.position, inUse);
 }
 
 }  // namespace tarselvalues

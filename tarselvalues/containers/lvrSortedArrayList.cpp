@@ -7,9 +7,14 @@
 #include <utility>
 
 #include "tarselvalues/containers/CellBlock.h"
+#include "tarselvalues/containers/SearchedKey.h"
 #include "tarselvalues/containers/lvSortedListEnumerator.h"
+#include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/Reference.h"
+
+using tarselvalues::Probe;
+using tarselvalues::SearchedKey;
 
 namespace {
 
@@ -50,6 +55,35 @@ lvString const& lvrSortedArrayList::getStaticClassDesc() {
 
 lvString const& lvrSortedArrayList::getClassDesc() const { return getStaticClassDesc(); }
 
+// Keeps a list and another one alive while their elements are compared, and released. Where both are
+// the library's own, only from the first element on that may run a function of the program.
+class lvrSortedArrayList::KeptLists {
+ public:
+  KeptLists(lviSortedList const& list, lviSortedList const& other)
+      : KeptLists(list, other, isOwn(list) && isOwn(other)) {}
+
+  lvArg const& ask(lvArg const& element) {
+    firstWhileAsking.ask(element);
+    return secondWhileAsking.ask(element);
+  }
+
+ private:
+  KeptLists(lviSortedList const& list, lviSortedList const& other, bool areOwn)
+      : first(list, !areOwn),
+        second(other, !areOwn),
+        firstWhileAsking(list, areOwn),
+        secondWhileAsking(other, areOwn) {}
+
+  static bool isOwn(lviSortedList const& list) {
+    return tarselvalues::isExactly<lvrSortedArrayList>(list);
+  }
+
+  tarselvalues::KeptAlive const first;
+  tarselvalues::KeptAlive const second;
+  tarselvalues::KeptWhileAsking firstWhileAsking;
+  tarselvalues::KeptWhileAsking secondWhileAsking;
+};
+
 // ---- Asking ------------------------------------------------------------------------------------
 
 int lvrSortedArrayList::getSize() const { return count; }
@@ -60,34 +94,32 @@ lvArg lvrSortedArrayList::get(int index) const {
   return index >= 0 && index < count ? array[index] : lvArg::NilValue;
 }
 
+Probe lvrSortedArrayList::find(SearchedKey const& value, int low, int high) const {
+  return tarselvalues::bisect(value, std::max(low, 0), std::min(high, count), count,
+                              [this](int i) -> lvArg const& { return elementAt(i); });
+}
+
 int lvrSortedArrayList::search(lvArg const& value, bool* found, int low, int high) const {
-  tarselvalues::KeptWhileAsking self(*this);
-  bool hit = false;
-  int const position = tarselvalues::bisect(
-      self.ask(value), std::max(low, 0), std::min(high, count), count,
-      [this](int i) -> lvArg const& { return array[i]; }, hit);
+  Probe const probe = find(SearchedKey(value, *this), low, high);
   if (found != nullptr) {
-    *found = hit;
+    *found = probe.found;
   }
-  return position;
+  return probe.position;
 }
 
 bool lvrSortedArrayList::contains(lvArg const& value) const {
-  bool found = false;
-  search(value, &found, 0, WholeList);
-  return found;
+  return find(SearchedKey(value, *this), 0, WholeList).found;
 }
 
 bool lvrSortedArrayList::containsAll(lviSortedList const& other) const {
-  tarselvalues::KeptAlive const self(*this);
-  tarselvalues::KeptAlive const source(other);
+  KeptLists kept(*this, other);
   int const size = other.getSize();
   lvSortedListEnumerator const element(other, 0);
   for (int seen = 0; element.getCursor() != nullptr && element->hasNext(); ++seen) {
     if (hasGrown(other, size, seen)) {
       break;
     }
-    if (!contains(element->next())) {
+    if (!contains(kept.ask(element->next()))) {
       return false;
     }
   }
@@ -95,26 +127,24 @@ bool lvrSortedArrayList::containsAll(lviSortedList const& other) const {
 }
 
 int lvrSortedArrayList::indexOf(lvArg const& value) const {
-  tarselvalues::KeptWhileAsking self(*this);
-  bool found = false;
-  int position = search(self.ask(value), &found, 0, WholeList);
+  SearchedKey const searched(value, *this);
+  Probe probe = find(searched, 0, WholeList);
   int first = NotFound;
-  while (found) {
-    first = position;
-    position = search(value, &found, 0, keepsDuplicates() ? first : 0);
+  while (probe.found) {
+    first = probe.position;
+    probe = find(searched, 0, keepsDuplicates() ? first : 0);
   }
   return first;
 }
 
 int lvrSortedArrayList::lastIndexOf(lvArg const& value) const {
-  tarselvalues::KeptWhileAsking self(*this);
-  bool found = false;
+  SearchedKey const searched(value, *this);
   int const end = count;  // Comparing may add elements, again and again.
-  int position = search(self.ask(value), &found, 0, end);
+  Probe probe = find(searched, 0, end);
   int last = NotFound;
-  while (found) {
-    last = position;
-    position = search(value, &found, keepsDuplicates() ? last + 1 : end, end);
+  while (probe.found) {
+    last = probe.position;
+    probe = find(searched, keepsDuplicates() ? last + 1 : end, end);
   }
   return last;
 }
@@ -132,8 +162,7 @@ int lvrSortedArrayList::compareTo(lvReferencable const& other) const {
   if (list == nullptr) {
     return NoSortedList;
   }
-  tarselvalues::KeptAlive const self(*this);
-  tarselvalues::KeptAlive const source(other);
+  KeptLists kept(*this, *list);
   int const size = count;
   int const theirSize = list->getSize();
   if (theirSize != size || size == 0) {
@@ -145,7 +174,7 @@ int lvrSortedArrayList::compareTo(lvReferencable const& other) const {
     if (theirs.getCursor() != nullptr) {
       theirValue = theirs->next();
     }
-    int const order = get(i).compareTo(theirValue);
+    int const order = kept.ask(get(i)).compareTo(theirValue);
     if (order != 0) {
       return order;
     }
@@ -162,32 +191,32 @@ int lvrSortedArrayList::expand(int needed) {
 void lvrSortedArrayList::growOrExit() { tarselvalues::exitUnlessGrown(expand(count + 1)); }
 
 int lvrSortedArrayList::add(lvArg const& value) {
-  tarselvalues::KeptWhileAsking self(*this);
-  bool found = false;
-  int const position = search(self.ask(value), &found, 0, WholeList);
+  SearchedKey const searched(value, *this);
+  Probe const probe = find(searched, 0, WholeList);
   if (count == 0) {
     if (expand(1) == 0) {
       insertAt(0, value);
     }
   } else if (value.isNil()) {
-    if (found) {
+    if (probe.found) {
       lvArg overwritten;
-      removeEntry(position);
-      array[position].exchange(overwritten);
+      removeEntry(probe.position);
+      array[probe.position].exchange(overwritten);
       ++count;
     }
-  } else if (!found) {
+  } else if (!probe.found) {
     growOrExit();
-    bool const behind = position < count && value.compareTo(array[position]) > 0;
-    growOrExit();  // The comparison may have used the room, or lost it.
-    insertAt(std::min(behind ? position + 1 : position, count), value);
+    int const place = tarselvalues::placeFor(
+        searched, probe, count, [this](int i) -> lvArg const& { return elementAt(i); });
+    growOrExit();  // A comparison may have used the room, or lost it.
+    insertAt(place, value);
   } else if (keepsDuplicates()) {
     growOrExit();
-    insertAt(position, value);
+    insertAt(probe.position, value);
   } else {
     growOrExit();
     ++count;  // Takes the nil behind the last element in, deliberately.
-    array[position].assign(value);
+    array[probe.position].assign(value);
   }
   return 0;
 }
@@ -197,7 +226,7 @@ void lvrSortedArrayList::insertAt(int i, lvArg const& value) {
   lvArg const left(std::move(array[count]));  // See insertEmptyEntry().
   tarselvalues::openGap(array, count, i);
   ++count;
-  array[i].assign(value);
+  array[i].assignFast(value);
 }
 
 void lvrSortedArrayList::insertEmptyEntry(int i) {
@@ -228,7 +257,7 @@ void lvrSortedArrayList::clear() {
 }
 
 int lvrSortedArrayList::finalize() {
-  tarselvalues::KeptAlive const self(*this);
+  tarselvalues::KeptAlive const self(*this, array != nullptr && !isEnding());
   while (array != nullptr) {  // Again, if something was added while elements were released.
     lvrSortedArrayList::clear();
   }
@@ -244,8 +273,9 @@ int lvrSortedArrayList::finalize() {
 // nil, so nothing is overwritten.
 class lvrSortedArrayList::Merge {
  public:
-  Merge(lvrSortedArrayList& merged, int mergedSize)
+  Merge(lvrSortedArrayList& merged, int mergedSize, KeptLists& keptLists)
       : list(merged),
+        kept(keptLists),
         cells(std::exchange(merged.array, nullptr)),
         room(std::exchange(merged.capacity, 0)),
         size(mergedSize),
@@ -271,7 +301,7 @@ class lvrSortedArrayList::Merge {
   void takeAll(lviRealSortedListEnumerator& theirs, int n) {
     lvArg value = theirs.previous();
     while (n > 0) {
-      int const order = mine >= 0 ? cells[mine].compareTo(value) : -1;
+      int const order = mine >= 0 ? kept.ask(cells[mine]).compareTo(value) : -1;
       if (order > 0) {
         move();
         continue;
@@ -284,7 +314,7 @@ class lvrSortedArrayList::Merge {
       do {
         --n;
         value = n > 0 ? theirs.previous() : lvArg();
-      } while (!list.keepsDuplicates() && n > 0 && value.compareTo(written) == 0);
+      } while (!list.keepsDuplicates() && n > 0 && kept.ask(value).compareTo(written) == 0);
     }
   }
 
@@ -311,6 +341,7 @@ class lvrSortedArrayList::Merge {
   }
 
   lvrSortedArrayList& list;
+  KeptLists& kept;
   lvArg* const cells;
   int const room;
   int const size;
@@ -320,7 +351,7 @@ class lvrSortedArrayList::Merge {
 
 // Returns how many elements the merged list has; `taken` is how many of `other` come into it, from
 // its front on. Without duplicates a nil ends `other`.
-int lvrSortedArrayList::mergedSize(lviSortedList const& other, int& taken) const {
+int lvrSortedArrayList::mergedSize(lviSortedList const& other, KeptLists& kept, int& taken) const {
   if (keepsDuplicates()) {
     taken = std::clamp(other.getSize(), 0, INT_MAX - count);
     return count + taken;
@@ -334,16 +365,16 @@ int lvrSortedArrayList::mergedSize(lviSortedList const& other, int& taken) const
     value = theirs->next();
   }
   while (!value.isNil() && !hasGrown(other, theirSize, taken)) {
-    while (mine < count && array[mine].compareTo(value) < 0) {
+    while (mine < count && kept.ask(array[mine]).compareTo(value) < 0) {
       ++mine;
     }
-    size += mine < count && array[mine].compareTo(value) == 0 ? 0 : 1;
+    size += mine < count && kept.ask(array[mine]).compareTo(value) == 0 ? 0 : 1;
     lvArg following;
     do {
       ++taken;
       following = theirs->next();
     } while (!following.isNil() && !hasGrown(other, theirSize, taken) &&
-             following.compareTo(value) == 0);
+             kept.ask(following).compareTo(value) == 0);
     value = std::move(following);
   }
   return size;
@@ -359,16 +390,15 @@ bool lvrSortedArrayList::addAll(lviSortedList const& other) {
     }
     return addAll(copy);
   }
-  tarselvalues::KeptAlive const self(*this);
-  tarselvalues::KeptAlive const source(other);
+  KeptLists kept(*this, other);
   int taken = 0;
-  int const expected = std::max(mergedSize(other, taken), count);
+  int const expected = std::max(mergedSize(other, kept, taken), count);
   if (taken != 0 && expand(expected) == 0) {
     lvSortedListEnumerator const theirs(other, taken);  // Making it may change this list.
     int const size =
         keepsDuplicates() ? count + std::min(taken, INT_MAX - count) : std::max(expected, count);
     if (theirs.getCursor() != nullptr && expand(size) == 0) {
-      Merge(*this, size).takeAll(*theirs.getCursor(), taken);
+      Merge(*this, size, kept).takeAll(*theirs.getCursor(), taken);
     }
   }
   return true;
@@ -428,11 +458,10 @@ bool lvrSortedArrayList::BaseEnumerator::hasPrevious(lvrSortedArrayList const& l
 }
 
 lvArg lvrSortedArrayList::BaseEnumerator::next(lvrSortedArrayList const& list) {
-  if (!hasNext(list)) {
-    *this = upToDate(list);
+  *this = upToDate(list);
+  if (index >= (current == nullptr ? count : count - 1)) {
     return lvArg::NilValue;
   }
-  *this = upToDate(list);
   index += current != nullptr ? 1 : 0;
   current = array + index;
   return value();

@@ -33,6 +33,11 @@
 #include "tarselvalues/containers/lviSortedList.h"
 #include "tarselvalues/core/Export.h"
 
+namespace tarselvalues {
+class SearchedKey;
+struct Probe;
+}  // namespace tarselvalues
+
 class TARSELVALUES_API lvrSortedArrayList : public lviSortedList {
  public:
   // Where a cursor stands. Brought up to date with the list at each step.
@@ -169,12 +174,17 @@ class TARSELVALUES_API lvrSortedArrayList : public lviSortedList {
   template <class T>
   friend struct lvLayoutAccess;
 
+  class TARSELVALUES_INTERNAL KeptLists;
   class TARSELVALUES_INTERNAL Merge;
 
   TARSELVALUES_INTERNAL bool keepsDuplicates() const { return (allowDuplicates & 1U) != 0; }
+  TARSELVALUES_INTERNAL lvArg const& elementAt(int i) const { return array[i]; }
+  TARSELVALUES_INTERNAL tarselvalues::Probe find(tarselvalues::SearchedKey const& value, int low,
+                                                 int high) const;
   TARSELVALUES_INTERNAL void growOrExit();
   TARSELVALUES_INTERNAL void insertAt(int i, lvArg const& value);
-  TARSELVALUES_INTERNAL int mergedSize(lviSortedList const& other, int& taken) const;
+  TARSELVALUES_INTERNAL int mergedSize(lviSortedList const& other, KeptLists& kept,
+                                       int& taken) const;
 
   lvArg* array;
   std::int32_t count;

@@ -8,7 +8,12 @@
 
 #include "tarselvalues/containers/CellBlock.h"
 #include "tarselvalues/containers/DeliveredOld.h"
+#include "tarselvalues/containers/SearchedKey.h"
+#include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/Reference.h"
+
+using tarselvalues::Probe;
+using tarselvalues::SearchedKey;
 
 namespace {
 
@@ -50,23 +55,23 @@ bool lvrTupleSet::has(int i) const { return entries != nullptr && i >= 0 && i < 
 // The pair at a position, or null.
 lvrTupleSet::Pair const* lvrTupleSet::pairAt(int i) const { return has(i) ? &entries[i] : nullptr; }
 
+Probe lvrTupleSet::find(SearchedKey const& key) const {
+  return tarselvalues::bisect(key, 0, count, count,
+                              [this](int i) -> lvArg const& { return keyAt(i); });
+}
+
 int lvrTupleSet::search(lvArg const& key, bool* found) const {
-  tarselvalues::KeptWhileAsking self(*this);
-  bool hit = false;
-  int const position = tarselvalues::bisect(
-      self.ask(key), 0, count, count, [this](int i) -> lvArg const& { return entries[i].key; },
-      hit);
+  Probe const probe = find(SearchedKey(key, *this));
   if (found != nullptr) {
-    *found = hit;
+    *found = probe.found;
   }
-  return position;
+  return probe.position;
 }
 
 lvArg lvrTupleSet::get(lvArg const& key) const {
-  tarselvalues::KeptWhileAsking self(*this);
-  bool found = false;
-  int const position = search(self.ask(key), &found);
-  return found ? entries[position].value : lvArg::NilValue;
+  SearchedKey const searched(key, *this);
+  Probe const probe = find(searched);
+  return probe.found ? entries[probe.position].value : lvArg::NilValue;
 }
 
 int lvrTupleSet::getSize() const { return count; }
@@ -88,17 +93,16 @@ void lvrTupleSet::insertAt(int i, lvArg const& key, lvArg const& value, int coun
   // A pair that left the set when an equal key was inserted may still stand behind the last one.
   Pair const left(std::move(entries[count]));
   tarselvalues::openGap(entries, count, i);
-  entries[i].key.assign(key);
-  entries[i].value.assign(value);
+  entries[i].key.assignFast(key);
+  entries[i].value.assignFast(value);
   count += counted;
 }
 
 int lvrTupleSet::put(lvArg const& key, lvArg const& value, lvArg* old) {
-  tarselvalues::KeptWhileAsking self(*this);
-  bool found = false;
-  int const position = search(self.ask(key), &found);
-  if (found) {
-    return putOverFound(position, key, value, old);
+  SearchedKey const searched(key, *this);
+  Probe const probe = find(searched);
+  if (probe.found) {
+    return putOverFound(probe.position, key, value, old);
   }
   if (count == 0) {
     if (expand(1) == 0) {
@@ -106,9 +110,10 @@ int lvrTupleSet::put(lvArg const& key, lvArg const& value, lvArg* old) {
     }
   } else if (!value.isNil()) {
     growOrExit();
-    bool const behind = has(position) && key.compareTo(entries[position].key) > 0;
-    growOrExit();  // The comparison may have used the room, or lost it.
-    insertAt(std::min(behind ? position + 1 : position, count), key, value, 1);
+    int const place = tarselvalues::placeFor(searched, probe, count,
+                                             [this](int i) -> lvArg const& { return keyAt(i); });
+    growOrExit();  // A comparison may have used the room, or lost it.
+    insertAt(place, key, value, 1);
   }
   return 0;
 }
@@ -156,14 +161,22 @@ int lvrTupleSet::clear() {
   if (count == 0) {
     return 0;
   }
+  tarselvalues::KeptWhileAsking self(*this);
+  releasePairs(self);
+  return 0;
+}
+
+// Keeps the array.
+void lvrTupleSet::releasePairs(tarselvalues::KeptWhileAsking& self) {
   // Out of the way before the first release: what runs in there finds a set that it may use, or let
   // go.
-  tarselvalues::KeptAlive const self(*this);
   Pair* const cleared = std::exchange(entries, nullptr);
   std::int32_t const room = std::exchange(allocated, 0);
   std::int32_t const held = std::exchange(count, 0);
   for (std::int32_t i = 0; i < held; ++i) {
+    self.ask(cleared[i].key);
     cleared[i].key.setNil();
+    self.ask(cleared[i].value);
     cleared[i].value.setNil();
   }
   if (entries == nullptr) {
@@ -173,16 +186,18 @@ int lvrTupleSet::clear() {
     std::destroy_n(cleared, room);
     std::free(static_cast<void*>(cleared));
   }
-  return 0;
 }
 
 int lvrTupleSet::finalize() {
-  tarselvalues::KeptAlive const self(*this);
+  tarselvalues::KeptAlive const self(*this, entries != nullptr && !isEnding());
+  tarselvalues::KeptWhileAsking keptAlready(*this, false);
   if (entries != nullptr) {
-    clear();  // NOLINT(clang-analyzer-optin.cplusplus.VirtualCall): in the destructor, this one's.
+    if (!tarselvalues::isExactly<lvrTupleSet>(*this)) {
+      clear();
+    }
     while (entries != nullptr) {  // Again, if something was put in while pairs were released.
       while (count != 0) {        // Left by a derived clear(), or put in during the last one.
-        lvrTupleSet::clear();
+        releasePairs(keptAlready);
       }
       Pair* const freed = std::exchange(entries, nullptr);
       std::destroy_n(freed, std::exchange(allocated, 0));

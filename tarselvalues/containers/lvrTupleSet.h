@@ -28,6 +28,12 @@
 #include "tarselvalues/core/Export.h"
 #include "tarselvalues/core/lvReferencable.h"
 
+namespace tarselvalues {
+class KeptWhileAsking;
+class SearchedKey;
+struct Probe;
+}  // namespace tarselvalues
+
 class TARSELVALUES_API lvrTupleSet : public lvReferencable, public lviMap {
  public:
   struct Pair {
@@ -144,11 +150,14 @@ class TARSELVALUES_API lvrTupleSet : public lvReferencable, public lviMap {
   friend struct lvLayoutAccess;
 
   TARSELVALUES_INTERNAL bool has(int i) const;
+  TARSELVALUES_INTERNAL lvArg const& keyAt(int i) const { return entries[i].key; }
+  TARSELVALUES_INTERNAL tarselvalues::Probe find(tarselvalues::SearchedKey const& key) const;
   TARSELVALUES_INTERNAL Pair const* pairAt(int i) const;
   TARSELVALUES_INTERNAL void growOrExit();
   TARSELVALUES_INTERNAL void takeOut(int i, lvArg& key, lvArg& value);
   TARSELVALUES_INTERNAL void insertAt(int i, lvArg const& key, lvArg const& value, int counted);
   TARSELVALUES_INTERNAL int putOverFound(int i, lvArg const& key, lvArg const& value, lvArg* old);
+  TARSELVALUES_INTERNAL void releasePairs(tarselvalues::KeptWhileAsking& self);
 
   Pair* entries;
   std::int32_t count;

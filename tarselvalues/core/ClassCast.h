@@ -11,8 +11,8 @@ namespace tarselvalues {
 
 // Whether an object is of this very class, and not of one derived from it. Descriptions of classes
 // are compared by address: should there be a second one of the same class, the answer is no.
-template <class Class>
-bool isExactly(lvReferencable const& object) {
+template <class Class, class Base>
+bool isExactly(Base const& object) {
   return &typeid(object) == &typeid(Class);
 }
 

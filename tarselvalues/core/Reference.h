@@ -30,25 +30,38 @@ TARSELVALUES_INTERNAL bool mayRunProgram(lvReferencable const& object);
 // nobody holds, or that is at its end, is left alone.
 class TARSELVALUES_INTERNAL KeptAlive {
  public:
-  explicit KeptAlive(lvReferencable const& kept) noexcept;
-  ~KeptAlive();
+  // Does nothing, and locks nothing, where it is not needed.
+  explicit KeptAlive(lvReferencable const& kept, bool isNeeded = true) noexcept : object(nullptr) {
+    if (isNeeded) {
+      keep(kept);
+    }
+  }
+  ~KeptAlive() {
+    if (object != nullptr) {
+      dropReference(*object);
+    }
+  }
   KeptAlive(KeptAlive const&) = delete;
   KeptAlive& operator=(KeptAlive const&) = delete;
 
  private:
+  void keep(lvReferencable const& kept) noexcept;
+
   lvReferencable const* object;
 };
 
-// Keeps a container alive while it compares or hashes cells, from the first one on that may run a
-// function of the program. Most never do: then no lock is taken.
+// Keeps a container alive while it compares, hashes or releases cells, from the first one on that may
+// run a function of the program. Most never do: then no lock is taken; nor is one where it is not
+// needed, because the container is kept alive already.
 class TARSELVALUES_INTERNAL KeptWhileAsking {
  public:
-  explicit KeptWhileAsking(lvReferencable const& asking) : container(asking) {}
-  // Returns the cell, which may then be compared or hashed.
+  explicit KeptWhileAsking(lvReferencable const& asking, bool isNeeded = true)
+      : container(isNeeded ? &asking : nullptr) {}
+  // Returns the cell, which may then be compared, hashed or released.
   lvArg const& ask(lvArg const& cell);
 
  private:
-  lvReferencable const& container;
+  lvReferencable const* container;  // null once it is kept
   std::optional<KeptAlive> kept;
 };
 

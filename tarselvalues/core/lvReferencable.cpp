@@ -63,7 +63,7 @@ void dropReference(lvReferencable const& object) {
 
 bool mayRunProgram(lvReferencable const& object) { return !isOwnString(object); }
 
-KeptAlive::KeptAlive(lvReferencable const& kept) noexcept : object(nullptr) {
+void KeptAlive::keep(lvReferencable const& kept) noexcept {
   ObjectLock const guard(kept.mutex_);
   // Below 0, but not at its end, is an interned string that was found again.
   if (kept.count_ != 0 && kept.count_ != lvReferencable::DyingCount) {
@@ -72,16 +72,10 @@ KeptAlive::KeptAlive(lvReferencable const& kept) noexcept : object(nullptr) {
   }
 }
 
-KeptAlive::~KeptAlive() {
-  if (object != nullptr) {
-    dropReference(*object);
-  }
-}
-
 lvArg const& KeptWhileAsking::ask(lvArg const& cell) {
   lvReferencable const* const asked = cell.getReferencable();
-  if (!kept && asked != nullptr && mayRunProgram(*asked)) {
-    kept.emplace(container);
+  if (container != nullptr && asked != nullptr && mayRunProgram(*asked)) {
+    kept.emplace(*std::exchange(container, nullptr));
   }
   return cell;
 }

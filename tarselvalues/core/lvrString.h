@@ -101,6 +101,9 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   // Borrows the text, or null; until the string changes.
   char const* getText() const { return text_; }
 
+  // The same, or the empty text.
+  char const* getTextOrEmpty() const { return text_ != nullptr ? text_ : strEmpty; }
+
   // Reads the text as an integer: the cached one if there is one, else
   //   -1 without text, 0 for an empty text; leading blanks are skipped; then
   //   "#T" and "true" are 1, "#F" and "false" are 0, in any case, if they are the whole text (with
