@@ -44,7 +44,7 @@ unsigned int lvrStack::hashCode() const {
 }
 
 int lvrStack::finalize() {
-  tarselvalues::KeptAlive const self(*this);
+  tarselvalues::KeptAlive const self(*this, elements != nullptr && !isEnding());
   while (elements != nullptr) {  // Again, if something was pushed while elements were released.
     releaseData();
   }
@@ -60,22 +60,30 @@ lvArg const& lvrStack::peek(int depth) const {
 }
 
 int lvrStack::push(lvArg const& value) {
+  if (count < alloced) {
+    pushInto(elements[count], value);
+    return 0;
+  }
   if (count == MaxSize) {
     return Full;
   }
-  lvArg incoming(value);  // It may lie in the array that is about to move.
-  if (alloced <= count) {
-    int const status = setAlloced(tarselvalues::grownCapacity(count));
-    if (status < 0) {
-      return status;
-    }
-    if (alloced <= count) {
-      return Full;  // A derived setAlloced() made no room.
-    }
+  lvArg const incoming(value);  // It may lie in the array that is about to move.
+  int const status = setAlloced(tarselvalues::grownCapacity(count));
+  if (status < 0) {
+    return status;
   }
-  flags = 0;
-  elements[count++] = std::move(incoming);
+  if (alloced <= count) {
+    return Full;  // A derived setAlloced() made no room.
+  }
+  pushInto(elements[count], incoming);
   return 0;
+}
+
+// Takes the value into the cell behind the last element, which holds nothing.
+void lvrStack::pushInto(lvArg& behind, lvArg const& value) {
+  behind.assignFast(value);
+  ++count;
+  flags = 0;
 }
 
 lvArg lvrStack::pop() {

@@ -72,6 +72,8 @@ class TARSELVALUES_API lvrStack : public lvReferencable, public lviStack {
   template <class T>
   friend struct lvLayoutAccess;
 
+  TARSELVALUES_INTERNAL void pushInto(lvArg& behind, lvArg const& value);
+
   lvArg* elements;
   std::uint16_t alloced;
   std::uint16_t count;
