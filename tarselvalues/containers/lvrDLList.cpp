@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "tarselvalues/containers/lvListEnumerator.h"
+#include "tarselvalues/containers/lvrVector.h"
+#include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/Reference.h"
 
@@ -26,18 +28,54 @@ std::atomic<bool> searchFromTail{false};
 // list at once but is only freed with its last pin, so no cursor ever reads a freed one. The number
 // of pins and the mark of a removed node are kept in the bookkeeping bits of the node's cell.
 constexpr std::uint32_t RemovedMark = 1;
-constexpr std::uint32_t OnePin = 2;
+constexpr std::uint32_t DisplacedMark = 2;
+constexpr std::uint32_t OnePin = 4;
+
+// Places: a cursor changes the list at its index, where its node is no more once others have changed
+// the list. To find the node at the index without a walk, a list counts its changes, and a cursor that
+// was seen to stand where its index says has noted their number down. Before that number comes round
+// again, and when the list is cleared, nodes with pins are marked as displaced: who stands there takes
+// the walk.
 
 bool isRemoved(Node const& node) { return (node.value.getBookkeeping() & RemovedMark) != 0; }
 
-void pin(Node& node) { node.value.setBookkeeping(node.value.getBookkeeping() + OnePin); }
+void pin(Node& node) { node.value.addToBookkeeping(OnePin); }
 
+// Marks end with the last pin.
 void unpin(Node* node) {
-  std::uint32_t const left = node->value.getBookkeeping() - OnePin;
-  node->value.setBookkeeping(left);
-  if (left == RemovedMark) {
+  std::uint32_t const pins = node->value.getBookkeeping();
+  bool const isLast = pins < 2 * OnePin;
+  if (isLast && (pins & RemovedMark) != 0) {
     delete node;
+  } else {
+    node->value.setBookkeeping(isLast ? 0 : pins - OnePin);
   }
+}
+
+bool isDisplaced(Node const& node) { return (node.value.getBookkeeping() & DisplacedMark) != 0; }
+
+void displace(Node& node) {
+  std::uint32_t const pins = node.value.getBookkeeping();
+  if (pins != 0) {
+    node.value.setBookkeeping(pins | DisplacedMark);
+  }
+}
+
+// Takes the mark away for a cursor that knows better, if no other stands there.
+void placeOnlyCursor(Node& node) {
+  if (node.value.getBookkeeping() == OnePin + DisplacedMark) {
+    node.value.setBookkeeping(OnePin);
+  }
+}
+
+// Whether all that happens to a list is what this class does: no function of the program replaces it.
+bool isOwn(lvrDLList const& list) {
+  return tarselvalues::Tuned && tarselvalues::isExactly<lvrDLList>(list);
+}
+
+// Whether walking a list runs no function of the program.
+bool isWalkedWithoutProgram(lviList const& list) {
+  return tarselvalues::isExactly<lvrDLList>(list) || tarselvalues::isExactly<lvrVector>(list);
 }
 
 // Frees a node that is out of the list, now or with its last pin. Its value has been taken out.
@@ -52,7 +90,13 @@ void retire(Node* node) {
   }
 }
 
-// The bookkeeping bits stay with the node.
+// Moves the value of a node out. The bookkeeping bits stay with the node; so below.
+lvArg valueOutOf(Node& node) {
+  lvArg value(std::move(node.value));
+  value.setBookkeeping(0);
+  return value;
+}
+
 lvArg copyOf(Node const* node) {
   lvArg value;
   if (node != nullptr) {
@@ -67,7 +111,7 @@ lvrDLList::lvrDLList() : count(0), head(nullptr), tail(nullptr) { setKind(ListKi
 
 lvrDLList::~lvrDLList() {
   while (head != nullptr) {  // Again, if something was inserted while elements were released.
-    lvrDLList::clear();
+    releaseNodes();
   }
 }
 
@@ -150,19 +194,37 @@ void lvrDLList::linkAfter(Node* node, Node* before) {
   (before != nullptr ? before->next : head) = node;
   (node->next != nullptr ? node->next->prev : tail) = node;
   ++count;
+  noteChange();
 }
 
 // Returns the value of the node that was taken out; nil for none.
 lvArg lvrDLList::removeNode(Node* node) {
-  lvArg value;
-  if (node != nullptr) {
-    value = std::move(node->value);
-    (node->prev != nullptr ? node->prev->next : head) = node->next;
-    (node->next != nullptr ? node->next->prev : tail) = node->prev;
-    --count;
-    retire(node);
+  if (node == nullptr) {
+    return {};
   }
+  lvArg value(valueOutOf(*node));
+  noteChange();
+  (node->prev != nullptr ? node->prev->next : head) = node->next;
+  (node->next != nullptr ? node->next->prev : tail) = node->prev;
+  --count;
+  retire(node);
   return value;
+}
+
+// Counts a change of the links.
+void lvrDLList::noteChange() {
+  auto const number = static_cast<std::uint16_t>(getOwnNumber() + 1);
+  setOwnNumber(number);
+  if (number == 0) {
+    displaceCursors();
+  }
+}
+
+// From here on no cursor that stands on a node counts as standing where its index says.
+void lvrDLList::displaceCursors() {
+  for (Node* node = head; node != nullptr; node = node->next) {
+    displace(*node);
+  }
 }
 
 lvArg lvrDLList::remove(int index) { return removeNode(nodeAt(index)); }
@@ -174,6 +236,12 @@ int lvrDLList::remove(lvArg const& value) {
 }
 
 bool lvrDLList::clear() {
+  displaceCursors();
+  releaseNodes();
+  return true;
+}
+
+void lvrDLList::releaseNodes() {
   // Empty before the first release: what runs in there finds a list that it may use.
   Node* node = std::exchange(head, nullptr);
   tail = nullptr;
@@ -183,18 +251,17 @@ bool lvrDLList::clear() {
     if (node != nullptr) {
       node->prev = nullptr;  // A cursor may stand there.
     }
-    lvArg value;
-    value = std::move(cleared->value);
+    lvArg const value(valueOutOf(*cleared));
     retire(cleared);
   }
-  return true;
 }
 
 bool lvrDLList::merge(lviList const& other) {
   if (head != nullptr && tail == nullptr) {
     return false;
   }
-  tarselvalues::KeptAlive const self(*this);
+  bool const isOwnList = isOwn(*this);
+  tarselvalues::KeptAlive const self(*this, !isOwnList || !isWalkedWithoutProgram(other));
   int const size = other.getSize();
   if (size == 0) {
     return false;
@@ -204,7 +271,12 @@ bool lvrDLList::merge(lviList const& other) {
     if (merged >= size && other.getSize() != size) {
       break;  // It grows with this list: it is this list, or shows it.
     }
-    insert(element->getValue(), Append);
+    if (isOwnList) {
+      auto* const made = new Node(element->getValue());
+      linkAfter(made, tail);
+    } else {
+      insert(element->getValue(), Append);
+    }
   }
   return true;
 }
@@ -218,7 +290,7 @@ lviRealListIterator* lvrDLList::getListIterator() { return new RealIterator(*thi
 lviRealListRWIterator* lvrDLList::getListRWIterator() { return new RealRWIterator(*this); }
 
 lvrDLList::IteratorLogic::IteratorLogic(lvrDLList& walked)
-    : list(&walked), node(nullptr), invalid(false), index(-1) {
+    : list(&walked), node(nullptr), invalid(false), placed(false), seenChanges(0), index(-1) {
   tarselvalues::takeReference(walked);
 }
 
@@ -237,17 +309,37 @@ void lvrDLList::IteratorLogic::standOn(Node* other) const {
   node = other;
 }
 
+// Whether the node is known to be where the index says.
+bool lvrDLList::IteratorLogic::isPlaced() const {
+  return node != nullptr && placed && seenChanges == list->getOwnNumber() && !isDisplaced(*node);
+}
+
+// The node at the index, which need not be the one that the cursor stands on.
+Node* lvrDLList::IteratorLogic::nodeAtIndex() const {
+  return isPlaced() ? node : list->nodeAt(index);
+}
+
+void lvrDLList::IteratorLogic::setPlaced(bool isAtIndex) const {
+  placed = isAtIndex;
+  seenChanges = list->getOwnNumber();
+}
+
 // The node under the cursor. If it was taken away meanwhile, the cursor first moves to the element
 // that has its position now, or after the last one.
 Node* lvrDLList::IteratorLogic::liveNode() const {
   // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the pin keeps the node.
   if (node != nullptr && isRemoved(*node)) {
-    standOn(index >= 0 ? list->nodeAt(index) : nullptr);
-    if (node == nullptr && index >= 0) {
-      index = list->count;
-    }
+    leaveRemoved();
   }
   return node;
+}
+
+void lvrDLList::IteratorLogic::leaveRemoved() const {
+  standOn(index >= 0 ? list->nodeAt(index) : nullptr);
+  setPlaced(true);
+  if (node == nullptr && index >= 0) {
+    index = list->count;
+  }
 }
 
 bool lvrDLList::IteratorLogic::gotoNext() {
@@ -256,12 +348,14 @@ bool lvrDLList::IteratorLogic::gotoNext() {
   }
   Node* const here = liveNode();
   Node* candidate = nullptr;
+  bool const isAtIndex = index == -1 || isPlaced();
   if (index == -1) {
     candidate = list->head;
   } else if (here != nullptr) {
     candidate = here->next;
   }
   standOn(candidate);
+  setPlaced(isAtIndex);
   index = candidate != nullptr ? index + 1 : list->count;
   return candidate != nullptr;
 }
@@ -272,6 +366,7 @@ bool lvrDLList::IteratorLogic::gotoPrevious() {
   }
   Node* const here = liveNode();
   Node* candidate = nullptr;
+  bool const isAtIndex = index == list->count || isPlaced();
   if (index == list->count) {
     candidate = list->tail;
   } else if (here != nullptr) {
@@ -279,6 +374,7 @@ bool lvrDLList::IteratorLogic::gotoPrevious() {
   }
   // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the pin keeps the node.
   standOn(candidate);
+  setPlaced(isAtIndex);
   index = candidate != nullptr ? index - 1 : -1;
   return candidate != nullptr;
 }
@@ -298,6 +394,7 @@ bool lvrDLList::IteratorLogic::gotoMatching(lviRealListEnumerator::Predicate* pr
 
 bool lvrDLList::IteratorLogic::gotoIndex(int position) {
   standOn(list->nodeAt(position));
+  setPlaced(position >= 0);
   invalid = node == nullptr;
   index = invalid ? -1 : position;
   return !invalid;
@@ -315,6 +412,9 @@ bool lvrDLList::IteratorLogic::remove() {
   if (invalid || index < 0 || here == nullptr) {
     return false;
   }
+  if (isOwn(*list)) {
+    return removeFromOwn();
+  }
   int const size = list->count;
   IteratorLogic behind(*list);  // Pins the successor meanwhile.
   behind.standOn(here->next);
@@ -329,12 +429,52 @@ bool lvrDLList::IteratorLogic::remove() {
   return !removed.isNil();
 }
 
+// The same where the list's own remove(index) is the one of this class. Requires an index that is not
+// negative, and a node.
+bool lvrDLList::IteratorLogic::removeFromOwn() {
+  Node* const gone = nodeAtIndex();
+  if (gone == nullptr) {
+    return false;
+  }
+  bool const isHere = gone == node;
+  standOn(node->next);
+  lvArg const removed = list->removeNode(gone);
+  setPlaced(isHere);
+  if (node == nullptr) {
+    index = list->count;
+  }
+  return !removed.isNil();
+}
+
 bool lvrDLList::IteratorLogic::insert(lvArg const& value) {
   liveNode();
-  if (invalid || index < 0 || !list->insert(value, index)) {
+  if (invalid || index < 0) {
+    return false;
+  }
+  if (!(isOwn(*list) ? insertIntoOwn(value) : list->insert(value, index))) {
     return false;
   }
   ++index;
+  return true;
+}
+
+// The same as the list's own insert(value, index) where that is the one of this class. Requires an
+// index that is not negative.
+bool lvrDLList::IteratorLogic::insertIntoOwn(lvArg const& value) {
+  if (index > list->count) {
+    return false;
+  }
+  auto* const made = new Node(value);
+  Node* const behind = nodeAtIndex();  // A std::new_handler may have changed the list.
+  if (behind != nullptr) {
+    list->linkAfter(made, behind->prev);
+  } else {
+    list->linkAfter(made, index > 0 ? list->nodeAt(index - 1) : nullptr);
+  }
+  setPlaced(behind == node);
+  if (placed && node != nullptr) {
+    placeOnlyCursor(*node);
+  }
   return true;
 }
 

@@ -15,6 +15,9 @@
 // Errors:    out of memory is std::bad_alloc and leaves the list as it was.
 // Cursors:   a cursor whose element is taken away stands on the element that has its position when
 //            the cursor is next used, or after the last one. It never reads a freed node.
+// Cost:      a cursor inserts and removes in constant time. Once others have changed the list it walks
+//            to its index for that, until it stands where that says again; so does the cursor of a
+//            list of a derived class.
 // Callbacks: elements that are released, predicates, and the cursor of a list that is merged may
 //            change the list, or drop its last reference. However many elements a predicate adds,
 //            gotoNextMatching() and gotoPreviousMatching() end when they have shown it 65,536, or
@@ -23,6 +26,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
 #include "tarselvalues/containers/lviList.h"
 #include "tarselvalues/core/Export.h"
@@ -33,6 +37,7 @@ class TARSELVALUES_API lvrDLList : public lvReferencable, public lviList {
   // One element. The bookkeeping bits of its cell are the list's: see Pins in lvrDLList.cpp.
   struct lvrDLListNode {
     explicit lvrDLListNode(lvArg const& element) { value.assignFast(element); }
+    explicit lvrDLListNode(lvArg&& element) { value = std::move(element); }
 
     lvArg value;
     lvrDLListNode* next = nullptr;
@@ -70,10 +75,18 @@ class TARSELVALUES_API lvrDLList : public lvReferencable, public lviList {
 
     TARSELVALUES_INTERNAL void standOn(lvrDLListNode* other) const;
     TARSELVALUES_INTERNAL lvrDLListNode* liveNode() const;
+    TARSELVALUES_INTERNAL void leaveRemoved() const;
+    TARSELVALUES_INTERNAL bool isPlaced() const;
+    TARSELVALUES_INTERNAL lvrDLListNode* nodeAtIndex() const;
+    TARSELVALUES_INTERNAL void setPlaced(bool isAtIndex) const;
+    TARSELVALUES_INTERNAL bool removeFromOwn();
+    TARSELVALUES_INTERNAL bool insertIntoOwn(lvArg const& value);
 
     lvrDLList* list;
     mutable lvrDLListNode* node;  // pinned
     bool invalid;
+    mutable bool placed;                // `node` was at `index` when the list had had so many
+    mutable std::uint16_t seenChanges;  // changes; see Places in lvrDLList.cpp
     mutable std::int32_t index;
   };
 
@@ -167,6 +180,9 @@ class TARSELVALUES_API lvrDLList : public lvReferencable, public lviList {
   TARSELVALUES_INTERNAL lvrDLListNode* nodeWith(lvArg const& value, int* pos) const;
   TARSELVALUES_INTERNAL void linkAfter(lvrDLListNode* node, lvrDLListNode* before);
   TARSELVALUES_INTERNAL lvArg removeNode(lvrDLListNode* node);
+  TARSELVALUES_INTERNAL void noteChange();
+  TARSELVALUES_INTERNAL void displaceCursors();
+  TARSELVALUES_INTERNAL void releaseNodes();
 
   std::int32_t count;
   lvrDLListNode* head;

@@ -108,6 +108,7 @@ class TARSELVALUES_API lvArg {
   void setBookkeeping(std::uint32_t bits) {
     tagWord_ = (bits << TagBits) | static_cast<std::uint32_t>(getType());
   }
+  void addToBookkeeping(std::uint32_t number) { tagWord_ += number << TagBits; }
 
   // --- Comparing --------------------------------------------------------------------------------
 

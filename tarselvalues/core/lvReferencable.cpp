@@ -82,7 +82,7 @@ lvArg const& KeptWhileAsking::ask(lvArg const& cell) {
 
 }  // namespace tarselvalues
 
-lvReferencable::lvReferencable() : typeByte_(ObjectKind << KindShift), count_(0) {
+lvReferencable::lvReferencable() : typeByte_(ObjectKind << KindShift), ownNumber_(0), count_(0) {
   tarselvalues::initObjectMutex(mutex_);
 }
 

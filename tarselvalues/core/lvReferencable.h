@@ -113,6 +113,11 @@ class TARSELVALUES_API lvReferencable {
     }
   }
 
+  // A number that is the derived class's own, 0 at first, in the bytes that the type byte leaves free.
+  // One thread at a time.
+  std::uint16_t getOwnNumber() const { return ownNumber_; }
+  void setOwnNumber(std::uint16_t number) { ownNumber_ = number; }
+
   // Whether finalize() runs because the last reference has gone.
   bool isEnding() const { return count_ < DyingCount / 2; }
 
@@ -149,6 +154,7 @@ class TARSELVALUES_API lvReferencable {
   static constexpr std::int32_t DyingCount = INT_MIN / 2;
 
   mutable std::atomic<std::uint8_t> typeByte_;  // Atomic: others may read the kind meanwhile.
-  mutable std::int32_t count_;                  // How many hold the object. Guarded by `mutex_`.
-  mutable pthread_mutex_t mutex_;               // Recursive.
+  std::uint16_t ownNumber_;
+  mutable std::int32_t count_;     // How many hold the object. Guarded by `mutex_`.
+  mutable pthread_mutex_t mutex_;  // Recursive.
 };
