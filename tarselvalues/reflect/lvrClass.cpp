@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "tarselvalues/containers/lvHashMap.h"
@@ -11,6 +12,7 @@
 #include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/lvString.h"
+#include "tarselvalues/reflect/NameIndex.h"
 
 using tarselvalues::castLikely;
 
@@ -64,6 +66,33 @@ template <class Pointer, class... Arguments>
 __attribute__((no_sanitize("vptr"))) void call(lvReferencable& object, Pointer method,
                                                Arguments&&... arguments) {
   (object.*method)(std::forward<Arguments>(arguments)...);
+}
+
+// From names to indices of entries. It stands behind the entries of a table, out of sight, unless
+// there are very many.
+using EntryIndex = tarselvalues::NameIndex<int>;
+
+constexpr int MaxIndexed = 1000;
+
+std::size_t bytesBehindEntries(int n) {
+  return n > MaxIndexed ? 0
+                        : sizeof(EntryIndex) + EntryIndex::slotsFor(static_cast<std::size_t>(n)) *
+                                                   sizeof(EntryIndex::Slot);
+}
+
+// Null if there is none.
+EntryIndex* indexBehind(lvrClass::GenericMemberOffsetTable const& table) {
+  if (table.entries == nullptr || table.count > MaxIndexed) {
+    return nullptr;
+  }
+  std::size_t const bytes = std::size_t{table.count} * table.entryWidth;
+  return reinterpret_cast<EntryIndex*>(static_cast<char*>(table.entries) + bytes);
+}
+
+void makeIndexBehind(lvrClass::GenericMemberOffsetTable const& table) {
+  if (EntryIndex* const index = indexBehind(table)) {
+    new (index) EntryIndex(reinterpret_cast<EntryIndex::Slot*>(index + 1), table.count);
+  }
 }
 
 lvArg& fieldAt(lvReferencable const& object, std::ptrdiff_t offset) {
@@ -145,8 +174,14 @@ int lvrClass::getNItems(OffsetTableType kind) const {
 
 int lvrClass::localLookupIndex(OffsetTableType kind, lvArg const& key) const {
   GenericMemberOffsetTable const* const table = tableOf(kind);
-  lviMap const* const names =
-      table != nullptr ? castLikely<lviMap, lvrHashMap>(table->names.getReferencable()) : nullptr;
+  if (table == nullptr || table->names.isNil()) {
+    return NotFound;
+  }
+  EntryIndex const* const beside = indexBehind(*table);
+  if (int const* const index = beside != nullptr ? beside->find(key) : nullptr) {
+    return *index;
+  }
+  lviMap const* const names = castLikely<lviMap, lvrHashMap>(table->names.getReferencable());
   return names != nullptr ? names->get(key).getInt() : NotFound;
 }
 
@@ -232,12 +267,13 @@ int lvrClass::needOffsetTable(OffsetTableType kind, int n, GenericMemberOffsetTa
   needReflection();
   std::size_t const width = widthOf(kind);
   auto table = std::make_unique<GenericMemberOffsetTable>();
-  table->entries = std::calloc(static_cast<std::size_t>(n), width);
+  table->entries = std::calloc(1, static_cast<std::size_t>(n) * width + bytesBehindEntries(n));
   if (table->entries == nullptr && n != 0) {
     return Refused;
   }
   table->count = static_cast<std::uint16_t>(n);
   table->entryWidth = static_cast<std::uint8_t>(width);
+  makeIndexBehind(*table);
   if (base != nullptr && base->entries != nullptr && base->entryWidth == width) {
     std::size_t const inherited = base->count < table->count ? base->count : table->count;
     std::memcpy(table->entries, base->entries, inherited * width);
@@ -305,12 +341,16 @@ void lvrClass::nameEntries(OffsetTableType kind, int n, NameAt nameAt) {
   try {
     needNames(kind, n);
     lvHashMap const names(tableOf(kind)->names);
+    EntryIndex* const beside = indexBehind(*tableOf(kind));
     for (int i = 0; i < n; ++i) {
       if (char const* const name = nameAt(i)) {
         lvString const key(name);
         lvArg index;
         index.setInt(i);
         names->put(key, index);
+        if (beside != nullptr) {
+          beside->set(key, i);
+        }
       }
     }
     // Any number of threads may ask for names once the class is set up.

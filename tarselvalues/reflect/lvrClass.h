@@ -10,6 +10,7 @@
 //            on objects of their own.
 // Errors:    -1, with nothing changed: for an index outside of a table, too, and for an entry that
 //            was never filled in. Out of memory is -1 or std::bad_alloc.
+// Cost:      an interned name is found in a few steps, any other as a key of a hash map is.
 // Life:      descriptors are meant to live as long as the process. Deliberate: the tables of one
 //            that goes earlier are never freed.
 // Layout:    on 32-bit ARM: default constructor 36, superclass 40, name 48, reflection 56, size 60.

@@ -9,6 +9,7 @@
 #include "tarselvalues/containers/lvrTupleSet.h"
 #include "tarselvalues/containers/lvrVector.h"
 #include "tarselvalues/core/lvString.h"
+#include "tarselvalues/reflect/NameIndex.h"
 #include "tarselvalues/reflect/lvClass.h"
 
 namespace {
@@ -31,9 +32,21 @@ constexpr BuiltinClass builtinClasses[] = {
 };
 
 // The single instance, whether it is being filled, and whether it holds the built-in classes.
-lvtClassRegistry* instance = nullptr;
+std::atomic<lvtClassRegistry*> instance{nullptr};
 bool filling = false;
 std::atomic<bool> filled{false};
+
+// From the names of the classes in the one instance to these; null for what is no class. The set is
+// asked about that, and about names that are not here.
+using ClassIndex = tarselvalues::NameIndex<lvReferencable const*>;
+
+constexpr std::size_t MaxIndexed = 120;
+ClassIndex::Slot indexSlots[ClassIndex::slotsFor(MaxIndexed)];
+ClassIndex classIndex(indexSlots, MaxIndexed);
+
+bool isTheInstance(lvtClassRegistry const& registry) {
+  return &registry == instance.load(std::memory_order_relaxed);
+}
 
 lvrTupleSet& setIn(lvArg const& classes) {
   return static_cast<lvrTupleSet&>(*classes.getReferencable());
@@ -55,7 +68,7 @@ lvtClassRegistry* lvtClassRegistry::getInstance() {
     if (!filling) {
       filling = true;
       try {
-        instance->addBuiltinClasses();
+        instance.load()->addBuiltinClasses();
       } catch (...) {
         filling = false;  // The next call goes on where this one ran out of memory.
         throw;
@@ -63,7 +76,7 @@ lvtClassRegistry* lvtClassRegistry::getInstance() {
       filled.store(true, std::memory_order_release);
     }
   }
-  return instance;
+  return instance.load(std::memory_order_relaxed);
 }
 
 lvtClassRegistry::lvtClassRegistry() {
@@ -76,10 +89,28 @@ int lvtClassRegistry::putClass(lvArg const& name, lvArg const& classHandle) {
   lvrTupleSet& classes = setIn(classes_);
   bool known = false;
   classes.search(name, &known);
-  return known ? AlreadyThere : classes.put(name, classHandle);
+  if (known) {
+    return AlreadyThere;
+  }
+  int const status = classes.put(name, classHandle);
+  if (isTheInstance(*this)) {
+    bool const isClass = classHandle.getType() == lvArg::ClassType;
+    classIndex.set(name, isClass ? classHandle.getReferencable() : nullptr);
+  }
+  return status;
 }
 
-lvArg lvtClassRegistry::getClass(lvArg const& name) { return setIn(classes_).get(name); }
+lvArg lvtClassRegistry::getClass(lvArg const& name) {
+  if (isTheInstance(*this)) {
+    lvReferencable const* const* const found = classIndex.find(name);
+    if (found != nullptr && *found != nullptr) {
+      lvArg result;
+      result.setReferencableFast(**found, lvArg::ClassType);
+      return result;
+    }
+  }
+  return setIn(classes_).get(name);
+}
 
 void lvtClassRegistry::addBuiltinClasses() {
   for (BuiltinClass const& builtin : builtinClasses) {
