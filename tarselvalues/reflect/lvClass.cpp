@@ -1,5 +1,7 @@
 #include "tarselvalues/reflect/lvClass.h"
 
+#include <utility>
+
 #include "tarselvalues/core/ClassCast.h"
 
 lvClass::lvClass() { setReferencableFast(*new lvrClass); }
@@ -16,6 +18,12 @@ lvClass::lvClass(unsigned int number, lvArg const& name, lvClass const& supercla
 lvClass::lvClass(lvArg const& value) {
   if (value.getType() == ClassType) {
     assignFast(value);
+  }
+}
+
+lvClass::lvClass(lvArg&& value) noexcept {
+  if (value.getType() == ClassType) {
+    lvArg::operator=(std::move(value));
   }
 }
 

@@ -20,6 +20,9 @@ class TARSELVALUES_API lvClass : public lvArg {
   // Shares the descriptor if the tag of `value` is ClassType; nil otherwise.
   lvClass(lvArg const& value);  // NOLINT(google-explicit-constructor)
 
+  // The same, but takes the reference over from `value`, which is nil then; or leaves it alone.
+  lvClass(lvArg&& value) noexcept;  // NOLINT(google-explicit-constructor)
+
   // Returns the class name; nil when the handle holds no descriptor.
   lvArg getClassDesc() const;
 

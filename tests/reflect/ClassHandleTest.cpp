@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "support/Cells.h"
 #include "tarselvalues/containers/lvrHashMap.h"
 #include "tarselvalues/containers/lvrVector.h"
@@ -54,6 +56,21 @@ TEST(ClassHandleConstructor, MakesAClassWithoutSuperclassFromANilHandle) {
   lvClass const none{lvArg()};
   lvClass const handle(0, lvString("Point"), none, nullptr);
   EXPECT_EQ(handle->setSuperClass(lvClass()), 0);
+}
+
+TEST(ClassHandleConstructor, TakesTheReferenceOfATemporaryOver) {
+  lvClass const first = pointClass();
+  lvArg cell = first;
+  lvClass const handle(std::move(cell));
+  EXPECT_TRUE(cell.isNil());
+  EXPECT_TRUE(handle.eq(first));
+  EXPECT_EQ(countOf(first), 2);
+}
+
+TEST(ClassHandleConstructor, LeavesATemporaryThatHoldsNoClassAlone) {
+  lvArg cell = integer(1);
+  EXPECT_TRUE(lvClass(std::move(cell)).isNil());
+  EXPECT_EQ(cell.getInt(), 1);
 }
 
 TEST(ClassHandleConstructor, SharesTheClassOfACell) {
