@@ -18,7 +18,8 @@
 enum class tarselvalues::KeyKind {
   Same,      // with isSame(): all but strings
   Text,      // a string of the library's own
-  Borrowed,  // so, too, but its text may be that of another string, whatever their lengths
+  Borrowed,  // so, too, but without text, or with one that another string may have, too, whatever
+             // their lengths
   Foreign,   // a string of the program's class: by a function of the program
 };
 
@@ -57,14 +58,14 @@ KeyKind kindOf(lvArg const& key) {
   if (!tarselvalues::isOwnString(*key.getReferencable())) {
     return KeyKind::Foreign;
   }
-  return stringIn(key).isBorrowing() ? KeyKind::Borrowed : KeyKind::Text;
+  return stringIn(key).hasTextOfItsOwn() ? KeyKind::Text : KeyKind::Borrowed;
 }
 
-// A text ends at its first NUL when it is compared.
+// Equal texts have equal hashes of their own, too; when they are compared they end at the first NUL.
 std::uint32_t textHash(lvrString const& string, std::uint32_t seed) {
-  char const* const text = string.getText() != nullptr ? string.getText() : lvrString::strEmpty;
   auto const most = static_cast<std::size_t>(string.getLength());
-  return tarselvalues::hashBytes(text, strnlen(text, most), seed);
+  std::uint32_t const own = string.lvrString::hashCode();
+  return tarselvalues::hashBytes(string.getText(), strnlen(string.getText(), most), seed ^ own);
 }
 
 // For the index: equal for keys of which one is found by the other, but for borrowed and foreign
@@ -90,11 +91,13 @@ struct lvrHashMap::EntryLinks {
     KeyKind const kind = kindOf(entry.key);
     return kind == KeyKind::Same || kind == KeyKind::Text;
   }
-  static void watch(Entry const& entry) {
+  static bool watch(Entry const& entry) {
     KeyKind const kind = kindOf(entry.key);
-    if (kind == KeyKind::Text || kind == KeyKind::Borrowed) {
+    bool const isOwn = kind == KeyKind::Text || kind == KeyKind::Borrowed;
+    if (isOwn) {
       stringIn(entry.key).markKeyText();
     }
+    return isOwn;
   }
   static std::uint32_t countChanges() { return lvrString::getKeyTextChanges(); }
 };
@@ -120,7 +123,8 @@ lvrHashMap::Extras& lvrHashMap::extrasBehind(HashEntry** heads, std::uint32_t si
 }
 
 lvrHashMap::HashEntry** lvrHashMap::allocateBuckets(std::uint32_t size) {
-  constexpr std::size_t most = PTRDIFF_MAX / sizeof(HashEntry*) - 4;
+  constexpr std::size_t most =
+      (PTRDIFF_MAX - sizeof(Extras) - sizeof(std::uint64_t)) / sizeof(HashEntry*);
   if (std::size_t{size} > most) {
     throw std::bad_array_new_length();
   }

@@ -14,8 +14,8 @@
 // Links:  tells about a table's entries: the type Entry; `Entry*& next(Entry&)`;
 //         `uint32_t hash(Entry const&, uint32_t seed)`, equal for entries that match the same search;
 //         `bool isFindable(Entry const&)`, false for those that a search may match whatever their
-//         hash; `void watch(Entry const&)`, from which on a change of these answers is counted; and
-//         `uint32_t countChanges()`, which tells their number.
+//         hash; `bool watch(Entry const&)`, from which on a change of these answers is counted,
+//         false if there is none; and `uint32_t countChanges()`, which tells their number.
 // Memory: a pointer and a count, until an index is built. That takes 16 bytes for a slot on 32-bit
 //         targets, of which at most three in four are in use, and a link for each chain.
 #pragma once
@@ -91,8 +91,11 @@ class ChainIndex {
 
   // Whether there is an index, so that the operations below it may be called.
   bool isReady() {
-    if (built_ != nullptr && built_->changes != Links::countChanges()) {
+    if (built_ != nullptr && built_->isWatching && built_->changes != Links::countChanges()) {
+      // To build it anew costs as much as many walks, and might be in vain again.
+      std::size_t const patience = 32 * built_->used;
       drop();
+      walked_ = -static_cast<std::ptrdiff_t>(patience);
     }
     return built_ != nullptr;
   }
@@ -101,9 +104,9 @@ class ChainIndex {
   // index if there is none and that is worth it.
   void noteWalk(std::size_t steps, Entry** heads, std::uint32_t chains, std::size_t entries) {
     if (Tuned && steps > ShortWalk && built_ == nullptr && walked_ != Forgone) {
-      walked_ += steps - ShortWalk;
-      if (walked_ > chains + entries) {
-        build(heads, chains);
+      walked_ += static_cast<std::ptrdiff_t>(steps - ShortWalk);
+      if (walked_ > static_cast<std::ptrdiff_t>(chains + entries)) {
+        build(heads, chains, entries);
       }
     }
   }
@@ -168,38 +171,42 @@ class ChainIndex {
     std::size_t mask;        // the number of slots, a power of two, less one
     std::size_t used;        // how many of them
     std::size_t unfindable;  // how many of those
+    bool isWatching;         // whether a change of texts may concern it
     std::uint32_t seed;
     std::uint32_t changes;  // Links::countChanges() when it was built
   };
 
   static constexpr std::size_t FirstSlots = 64;
   static constexpr std::size_t ShortWalk = 8;
-  static constexpr std::size_t Forgone = SIZE_MAX;
+  static constexpr std::ptrdiff_t Forgone = PTRDIFF_MIN;
 
   template <class Item>
   static Item* allocate(std::size_t count) {
     return static_cast<Item*>(std::calloc(count, sizeof(Item)));
   }
 
-  // A number that differs from process to process.
+  // A number that differs from process to process. It tells nothing of the random bytes that it is
+  // made of, which guard the stack.
   static std::uint32_t chooseSeed() {
-    std::uint32_t seed = 0;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): it is the address of random bytes.
-    if (auto const* const random = reinterpret_cast<char const*>(getauxval(AT_RANDOM))) {
-      std::memcpy(&seed, random, sizeof(seed));
-    }
-    return seed;
+    constexpr std::size_t size = 16;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): it is an address.
+    auto const* const random = reinterpret_cast<char const*>(getauxval(AT_RANDOM));
+    return random != nullptr ? hashBytes(random, size, 0) : 0;
   }
 
-  void build(Entry** heads, std::uint32_t chains) {
+  void build(Entry** heads, std::uint32_t chains, std::size_t entries) {
     drop();
+    std::size_t slots = FirstSlots;
+    while (slots * 3 < entries * 4) {
+      slots *= 2;
+    }
     built_ = allocate<Built>(1);
     if (built_ == nullptr) {
       return;
     }
-    built_->slots = allocate<Slot>(FirstSlots);
+    built_->slots = allocate<Slot>(slots);
     built_->ends = allocate<Entry**>(chains);
-    built_->mask = FirstSlots - 1;
+    built_->mask = slots - 1;
     built_->seed = chooseSeed();
     built_->changes = Links::countChanges();
     if (built_->slots == nullptr || built_->ends == nullptr || !insertAll(heads, chains)) {
@@ -228,7 +235,7 @@ class ChainIndex {
     place({&entry, link, Links::hash(entry, built_->seed), chain});
     ++built_->used;
     built_->unfindable += Links::isFindable(entry) ? 0 : 1;
-    Links::watch(entry);
+    built_->isWatching = Links::watch(entry) || built_->isWatching;
     return true;
   }
 
@@ -305,8 +312,9 @@ class ChainIndex {
   }
 
   Built* built_ = nullptr;
-  // Entries looked at beyond what short chains take, since the last drop; or Forgone.
-  std::size_t walked_ = 0;
+  // Entries looked at beyond what short chains take, since the last drop, less those that had to be
+  // first; or Forgone.
+  std::ptrdiff_t walked_ = 0;
 };
 
 }  // namespace tarselvalues

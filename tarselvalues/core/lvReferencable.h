@@ -96,7 +96,7 @@ class TARSELVALUES_API lvReferencable {
                     std::memory_order_relaxed);
   }
 
-  // Bits 2-3 of the type byte, which are the derived class's own. Any thread.
+  // Bits 2-3 of the type byte, which are the derived class's own; lvrString uses both. Any thread.
   static constexpr unsigned FirstOwnBit = 0x04;
   static constexpr unsigned SecondOwnBit = 0x08;
   bool hasOwnBit(unsigned bit) const {

@@ -122,7 +122,7 @@ lvString::HashTable* lvString::getHashTable() {
   return hashTable_.load(std::memory_order_relaxed);
 }
 
-struct lvString::ChainLinks {
+struct TARSELVALUES_INTERNAL lvString::ChainLinks {
   using Entry = StringEntry;
   static Entry*& next(Entry& entry) { return entry.next_; }
   static std::uint32_t hash(Entry const& entry, std::uint32_t seed) {
@@ -133,12 +133,15 @@ struct lvString::ChainLinks {
     return tarselvalues::hashBytes(text, length > 0 ? static_cast<std::size_t>(length) : 0, seed);
   }
   static bool isFindable(Entry const& /*entry*/) { return true; }
-  static void watch(Entry const& entry) { entry.markKeyText(); }
+  static bool watch(Entry const& entry) {
+    entry.markKeyText();
+    return true;
+  }
   static std::uint32_t countChanges() { return lvrString::getEntryTextChanges(); }
 };
 
 // The chains of the one table, and the index that finds what is in them. Requires the table's lock.
-class lvString::Chains {
+class TARSELVALUES_INTERNAL lvString::Chains {
  public:
   // Returns the entry with these bytes; if there is none, the one with them that `make()` makes.
   template <class Make>

@@ -303,6 +303,7 @@ unsigned int lvrString::computeHashCode(char const* text, int length) {
 }
 
 void lvrString::markInterned(unsigned int hash) {
+  markKeyText();
   cachedHash_.store(hash, std::memory_order_relaxed);
   flags_.fetch_or(InternedFlag | HashFlag, std::memory_order_release);
 }

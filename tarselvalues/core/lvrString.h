@@ -150,6 +150,11 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   // As equiv(), for two strings of the library's own classes.
   TARSELVALUES_INTERNAL bool isEquivToOwn(lvrString const& other) const;
 
+  // Whether there is a text that no other string has at the same address, but for strEmpty.
+  bool hasTextOfItsOwn() const {
+    return text_ == strEmpty || (text_ != nullptr && !hasFlag(BorrowedFlag));
+  }
+
   // Whether the text, other than an empty one, is somebody else's.
   bool isBorrowing() const { return hasFlag(BorrowedFlag) && text_ != nullptr && *text_ != '\0'; }
 
@@ -180,12 +185,12 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   static constexpr std::uint16_t UncountedLength = 65535;
   // A string without text has nothing to count.
   bool isKnownLength() const { return length_ != UncountedLength || text_ == nullptr; }
-  bool hasSameBytes(lvrString const& other) const;
+  TARSELVALUES_INTERNAL bool hasSameBytes(lvrString const& other) const;
   unsigned int computeOwnHash() const;
   bool ownsTextAt(char const* address) const;
   bool mustFreeText() const { return !hasFlag(BorrowedFlag) && !hasOwnBit(OneBlockBit); }
-  void freeText();
-  void noteTextChange();
+  TARSELVALUES_INTERNAL void freeText();
+  TARSELVALUES_INTERNAL void noteTextChange();
   void storeText(char const* newText, std::size_t newLength, bool borrowed);
   void cacheInteger(std::intptr_t value);
   int setFormatted(char const* formatted, std::intptr_t value);

@@ -4,9 +4,9 @@
 // beside a map of the same names, and holds no references: the map does. A name that is not found here
 // must be looked for there.
 //
-// All that holds for as long as texts stay as they are. So nothing is found here any more once a text
-// that something is found by has been set anew (lvrString::getKeyTextChanges()), or when the map gets
-// a name that is not interned.
+// All that holds for as long as texts stay as they are. So nothing is found here any more once an
+// interned text has been set anew (lvrString::getEntryTextChanges()), or when the map gets a name that
+// is not interned.
 #pragma once
 
 #include <cstddef>
@@ -44,7 +44,7 @@ class NameIndex {
   // Gives a name this value in place of the one that it had. Does nothing where there is no room.
   void set(lvArg const& name, Value value) {
     if (used == 0) {
-      changes = lvrString::getKeyTextChanges();
+      changes = lvrString::getEntryTextChanges();
     }
     isTrusted = isTrusted && isInterned(name);
     if (!isTrusted || used == room) {
@@ -57,7 +57,7 @@ class NameIndex {
 
   // Returns the value of a name, or null.
   Value const* find(lvArg const& name) const {
-    if (!Tuned || !isTrusted || changes != lvrString::getKeyTextChanges() ||
+    if (!Tuned || !isTrusted || changes != lvrString::getEntryTextChanges() ||
         name.getReferencable() == nullptr) {
       return nullptr;
     }
@@ -86,7 +86,7 @@ class NameIndex {
   std::size_t mask;
   std::size_t room;
   std::size_t used = 0;
-  std::uint32_t changes = 0;  // of key texts, when the first name came
+  std::uint32_t changes = 0;  // of interned texts, when the first name came
   bool isTrusted = true;
 };
 

@@ -247,13 +247,13 @@ TEST_P(ParserOutOfMemory, LetsTheReadOfAnItemBeTriedAgain) {
   EXPECT_EQ(parser.getArg(out), lvArgSource::SOURCE_END);
 }
 
-INSTANTIATE_TEST_SUITE_P(Tokens, ParserOutOfMemory,
-                         testing::Values(TokenCase{"Word", "word", 1},
-                                         TokenCase{"LongWord", std::string(600, 'a'), 2},
-                                         TokenCase{"String", inQuotes(500), 2},
-                                         TokenCase{"LongString", inQuotes(501), 2},
-                                         TokenCase{"OpenLongString", '"' + std::string(900, 'a'), 2}),
-                         [](auto const& each) { return std::string(each.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Tokens, ParserOutOfMemory,
+    testing::Values(TokenCase{"Word", "word", 1}, TokenCase{"LongWord", std::string(600, 'a'), 2},
+                    TokenCase{"String", inQuotes(500), 2},
+                    TokenCase{"LongString", inQuotes(501), 2},
+                    TokenCase{"OpenLongString", '"' + std::string(900, 'a'), 2}),
+    [](auto const& each) { return std::string(each.param.name); });
 
 TEST(ParserMemory, ThatIsMissingForAnExpectedStringLeavesItExpected) {
   std::string const bytes = "-" + std::string(600, 'a');
