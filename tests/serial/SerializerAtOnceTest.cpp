@@ -15,6 +15,7 @@
 #include "support/SinkRuns.h"
 #include "support/TextWriter.h"
 #include "support/TreeModel.h"
+#include "tarselvalues/containers/lvrDLList.h"
 #include "tarselvalues/containers/lvrHashMap.h"
 #include "tarselvalues/containers/lvrVector.h"
 
@@ -323,6 +324,19 @@ TEST_F(SerializerAtOnce, LetsGoOfWhatIsOpenWhenAnObjectThrows) {
   EXPECT_THROW(test::HeldSerializer()->serializeAtomInto(writer, value), std::runtime_error);
   EXPECT_EQ(test::countOf(value), 1);
   EXPECT_EQ(test::countOf(inner), 2);
+}
+
+TEST_F(SerializerAtOnce, WritesTheSameOfValuesThatFailAtTheLastLevelAgainAndAgain) {
+  lvArg value = integer(1);
+  for (int i = 0; i < 36; ++i) {
+    value = vectorOf({value, value});
+  }
+  expectSameIn(4090, value, openNothing);
+  lvArg refused = integer(1);
+  for (int i = 0; i < 60; ++i) {
+    refused = vectorOf({vectorOf({lvArg(*new lvrDLList)}), refused});
+  }
+  expectSameIn(4090, refused, openNothing);
 }
 
 }  // namespace
