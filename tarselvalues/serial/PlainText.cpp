@@ -86,11 +86,12 @@ char* PlainText::writeString(char* at, lvrString const& string) const {
     return writeLong(at, text, length);
   }
   int i = 0;
-  if (!isDigit(*text)) {
-    for (; i < length && isOfClass(text[i], WordClasses); ++i) {
+  if (isOfClass(*text, Letter | Underscore)) {
+    do {
       at[i] = text[i];
-    }
-    if (i == length && length != 0) {
+      ++i;
+    } while (isOfClass(text[i], WordClasses));  // Up to its NUL at most.
+    if (i == length) {
       return at + length;
     }
   }
@@ -140,14 +141,15 @@ inline char* PlainText::writeValue(char* at, lvArg const& value) {
 // ---- Containers --------------------------------------------------------------------------------
 
 char* PlainText::writeMap(char* at, lvrHashMap const& map) {
-  if (depth == lvtStringArgDest::MaxDepth) {
+  constexpr int levels = 2;  // Its own, and that of its tuples.
+  if (depth + levels > lvtStringArgDest::MaxDepth) {
     return nullptr;
   }
-  ++depth;
+  depth += levels;
   *at++ = '{';
   lvrHashMap::Walk entries(map);
   for (bool pending = false;; pending = true) {
-    if (at > limit || depth == lvtStringArgDest::MaxDepth) {
+    if (at > limit) {
       return stop(at, pending, TreeLevel::ofMap(map, entries));
     }
     lvrHashMap::HashEntry const* const entry = entries.nextUndisturbed();
@@ -162,13 +164,12 @@ char* PlainText::writeMap(char* at, lvrHashMap const& map) {
       return stop(at, pending, TreeLevel::ofMap(map, entries));
     }
   }
-  --depth;
+  depth -= levels;
   *at++ = '}';
   return at;
 }
 
 inline char* PlainText::writeEntry(char* at, lvrHashMap::HashEntry const& entry) {
-  ++depth;
   *at++ = '(';
   char* next = writeValue(at, entry.key);
   if (next == nullptr) {
@@ -182,7 +183,6 @@ inline char* PlainText::writeEntry(char* at, lvrHashMap::HashEntry const& entry)
     int const part = hasStoppedInside() ? 2 : 1;
     return stop(at, true, TreeLevel::ofTuple(entry.key, entry.value, part));
   }
-  --depth;
   *next++ = ')';
   return next;
 }
