@@ -209,22 +209,22 @@ class ChainIndex {
     built_->mask = slots - 1;
     built_->seed = chooseSeed();
     built_->changes = Links::countChanges();
-    if (built_->slots == nullptr || built_->ends == nullptr || !insertAll(heads, chains)) {
+    if (built_->slots == nullptr || built_->ends == nullptr) {
       drop();
+      return;
     }
+    insertAll(heads, chains);
   }
 
-  bool insertAll(Entry** heads, std::uint32_t chains) {
+  // There is room for all.
+  void insertAll(Entry** heads, std::uint32_t chains) {
     for (std::uint32_t chain = 0; chain < chains; ++chain) {
       Entry** link = &heads[chain];
       for (; *link != nullptr; link = &Links::next(**link)) {
-        if (!insert(**link, link, chain)) {
-          return false;
-        }
+        occupySlot(**link, link, chain);
       }
       built_->ends[chain] = link;
     }
-    return true;
   }
 
   // Returns whether there was memory for it.
@@ -232,11 +232,15 @@ class ChainIndex {
     if ((built_->used + 1) * 4 > (built_->mask + 1) * 3 && !grow()) {
       return false;
     }
+    occupySlot(entry, link, chain);
+    return true;
+  }
+
+  void occupySlot(Entry& entry, Entry** link, std::uint32_t chain) {
     place({&entry, link, Links::hash(entry, built_->seed), chain});
     ++built_->used;
     built_->unfindable += Links::isFindable(entry) ? 0 : 1;
     built_->isWatching = Links::watch(entry) || built_->isWatching;
-    return true;
   }
 
   // Says that `link` leads to what comes after an entry.

@@ -159,4 +159,18 @@ TEST(LinkedListPlacesInClear, AreThoseOfTheNewElements) {
   }
 }
 
+class OwnList : public lvrDLList {};
+
+TEST_F(LinkedListPlaces, AreBehindTheLastOnceThatIsRemovedFromAListOfTheProgramsClass) {
+  lvArg const cell(*new OwnList);
+  auto& own = static_cast<lvrDLList&>(*cell.getReferencable());
+  own.insert(integer(1), -1);
+  own.insert(integer(2), -1);
+  RWIterator const last = cursorAt(own, 1);
+  EXPECT_TRUE(last->remove());
+  EXPECT_EQ(last->getIndex(), 1);
+  EXPECT_TRUE(last->getValue().isNil());
+  EXPECT_EQ(forward(own), "1 ");
+}
+
 }  // namespace
