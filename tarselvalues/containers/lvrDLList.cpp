@@ -438,6 +438,7 @@ bool lvrDLList::IteratorLogic::removeFromOwn() {
   }
   bool const isHere = gone == node;
   standOn(node->next);
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the list still has the node.
   lvArg const removed = list->removeNode(gone);
   setPlaced(isHere);
   if (node == nullptr) {

@@ -67,6 +67,7 @@ int lvrStack::push(lvArg const& value) {
   if (count == MaxSize) {
     return Full;
   }
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
   lvArg const incoming(value);  // It may lie in the array that is about to move.
   int const status = setAlloced(tarselvalues::grownCapacity(count));
   if (status < 0) {

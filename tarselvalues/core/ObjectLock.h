@@ -32,7 +32,7 @@ class TARSELVALUES_INTERNAL ObjectLock {
   explicit ObjectLock(pthread_mutex_t& guarded) noexcept
       : mutex(isOnlyThread() ? nullptr : &guarded) {
     if (mutex != nullptr) {
-      lockObject(*mutex);
+      lockObject(*mutex);  // NOLINT(misc-non-copyable-objects): it is not copied.
     }
   }
   ~ObjectLock() {
