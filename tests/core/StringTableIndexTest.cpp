@@ -244,11 +244,9 @@ class TableWalk {
   // The table grows and shrinks by turns; at times entries are changed by hand.
   void step() {
     ++steps;
-    if (held.empty()) {
-      look(choices.pick(texts));
-    } else if (steps / 400 % 3 == 1 && choices.oneIn(20)) {
+    if (!held.empty() && steps / 400 % 3 == 1 && choices.oneIn(20)) {
       changeAnyByHand();
-    } else if (choices.below(100) < (steps / 2000 % 2 == 0 ? 80 : 30)) {
+    } else if (held.empty() || choices.below(100) < (steps / 2000 % 2 == 0 ? 80 : 30)) {
       look(choices.pick(texts));
     } else {
       letGoOfAny();

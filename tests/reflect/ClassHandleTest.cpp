@@ -62,7 +62,7 @@ TEST(ClassHandleConstructor, TakesTheReferenceOfATemporaryOver) {
   lvClass const first = pointClass();
   lvArg cell = first;
   lvClass const handle(std::move(cell));
-  EXPECT_TRUE(cell.isNil());
+  EXPECT_TRUE(cell.isNil());  // NOLINT(bugprone-use-after-move)
   EXPECT_TRUE(handle.eq(first));
   EXPECT_EQ(countOf(first), 2);
 }
@@ -70,7 +70,7 @@ TEST(ClassHandleConstructor, TakesTheReferenceOfATemporaryOver) {
 TEST(ClassHandleConstructor, LeavesATemporaryThatHoldsNoClassAlone) {
   lvArg cell = integer(1);
   EXPECT_TRUE(lvClass(std::move(cell)).isNil());
-  EXPECT_EQ(cell.getInt(), 1);
+  EXPECT_EQ(cell.getInt(), 1);  // NOLINT(bugprone-use-after-move)
 }
 
 TEST(ClassHandleConstructor, SharesTheClassOfACell) {
