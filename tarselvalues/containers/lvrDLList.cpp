@@ -9,6 +9,7 @@
 #include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
 #include "tarselvalues/core/Reference.h"
+#include "tarselvalues/core/Tuning.h"
 
 namespace {
 

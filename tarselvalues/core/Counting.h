@@ -9,13 +9,13 @@ namespace tarselvalues {
 struct Counting {
   static void take(lvReferencable const& object) noexcept {
     ObjectLock const guard(object.mutex_);
-    ++object.count_;
+    object.setCount(object.count() + 1);
   }
 
   // As object.__removeRef(), without a call where the object is still held.
   static int drop(lvReferencable& object) {
-    if (isOnlyThread() && object.count_ > 1) {
-      --object.count_;
+    if (isOnlyThread() && object.count() > 1) {
+      object.setCount(object.count() - 1);
       return 0;
     }
     return object.__removeRef();

@@ -1,7 +1,9 @@
 // What the library does for speed alone, and can be built without. Not for users.
 //
-// Built with TARSELVALUES_PLAIN, the library takes the plain road everywhere: it locks for each
-// count, walks each chain, asks malloc() for each text. Its answers are the same.
+// Built with TARSELVALUES_PLAIN, the library locks for each count, walks each chain, asks malloc()
+// for each text, and reads, writes and compares all values through the general functions. Its
+// answers are the same. What has no plain counterpart stays: results that are moved, cells that are
+// shifted without being counted, mutexes that are initialised statically.
 #pragma once
 
 namespace tarselvalues {

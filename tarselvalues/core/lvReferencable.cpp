@@ -66,8 +66,9 @@ bool mayRunProgram(lvReferencable const& object) { return !isOwnString(object); 
 void KeptAlive::keep(lvReferencable const& kept) noexcept {
   ObjectLock const guard(kept.mutex_);
   // Below 0, but not at its end, is an interned string that was found again.
-  if (kept.count_ != 0 && kept.count_ != lvReferencable::DyingCount) {
-    ++kept.count_;
+  std::int32_t const count = kept.count();
+  if (count != 0 && count != lvReferencable::DyingCount) {
+    kept.setCount(count + 1);
     object = &kept;
   }
 }
@@ -114,14 +115,15 @@ lvString const& lvReferencable::getStaticClassDesc() {
 int lvReferencable::__removeRef() {
   {
     ObjectLock const guard(mutex_);
-    if (--count_ != 0) {
+    setCount(count() - 1);
+    if (count() != 0) {
       return 0;
     }
     if (isImmortal()) {
-      count_ = ImmortalCount;
+      setCount(ImmortalCount);
       return 0;
     }
-    count_ = DyingCount;
+    setCount(DyingCount);
   }
   // A string holds nothing, so it can go at any depth. It must not wait: an interned one can be
   // found meanwhile.
@@ -171,15 +173,15 @@ bool lvReferencable::isImmortal() const {
 
 bool lvReferencable::isStillUnheld() {
   ObjectLock const guard(mutex_);
-  if (count_ >= DyingCount / 2) {
+  if (!isEnding()) {
     return true;  // Nobody let go: finalize() was called by itself.
   }
-  if (count_ > DyingCount) {
-    count_ -= DyingCount;  // Found and held again.
+  if (count() > DyingCount) {
+    setCount(count() - DyingCount);  // Found and held again.
     return false;
   }
   if (isImmortal()) {
-    count_ = ImmortalCount;
+    setCount(ImmortalCount);
     return false;
   }
   return true;

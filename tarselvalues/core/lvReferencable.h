@@ -119,7 +119,7 @@ class TARSELVALUES_API lvReferencable {
   void setOwnNumber(std::uint16_t number) { ownNumber_ = number; }
 
   // Whether finalize() runs because the last reference has gone.
-  bool isEnding() const { return count_ < DyingCount / 2; }
+  bool isEnding() const { return count() < DyingCount / 2; }
 
   // What finalize() answers to stay alive, for objects that others can find without holding a
   // reference: only interned strings do. Whoever answers it must have seen isStillUnheld() fail.
@@ -142,6 +142,10 @@ class TARSELVALUES_API lvReferencable {
   static constexpr unsigned LowBits = 0x0F;
   static constexpr unsigned KindShift = 4;
 
+  // Setting the count takes the lock; reading it does not, and may be a moment late.
+  std::int32_t count() const { return count_.load(std::memory_order_relaxed); }
+  void setCount(std::int32_t count) const { count_.store(count, std::memory_order_relaxed); }
+
   bool isImmortal() const;
   TARSELVALUES_INTERNAL int finish();
   TARSELVALUES_INTERNAL void putOff();
@@ -155,6 +159,6 @@ class TARSELVALUES_API lvReferencable {
 
   mutable std::atomic<std::uint8_t> typeByte_;  // Atomic: others may read the kind meanwhile.
   std::uint16_t ownNumber_;
-  mutable std::int32_t count_;     // How many hold the object. Guarded by `mutex_`.
-  mutable pthread_mutex_t mutex_;  // Recursive.
+  mutable std::atomic<std::int32_t> count_;  // How many hold the object. Set under `mutex_`.
+  mutable pthread_mutex_t mutex_;            // Recursive.
 };

@@ -25,6 +25,7 @@
 #include <new>
 
 #include "tarselvalues/core/ChainIndex.h"
+#include "tarselvalues/core/OneBlockString.h"
 #include "tarselvalues/core/lvValue.h"
 
 namespace {
@@ -265,6 +266,10 @@ lvString::StringEntry* lvString::makeEntry(char const* text, int length, int mod
   }
   return made.release();
 }
+
+lvString::StringEntry::StringEntry() : next_(nullptr) {}
+
+lvString::StringEntry::~StringEntry() = default;
 
 int lvString::StringEntry::finalize() {
   {

@@ -33,13 +33,15 @@ class TARSELVALUES_API lvString : public lvArg {
     // the last holder was letting go, it stays alive and in the table instead.
     int finalize() override;
 
+    ~StringEntry() override;
+
    private:
     friend class lvrString;
     friend class lvString;
     template <class T>
     friend struct lvLayoutAccess;
 
-    StringEntry() : next_(nullptr) {}
+    TARSELVALUES_INTERNAL StringEntry();
 
     StringEntry* next_;  // in the same chain; guarded by the table's lock
   };

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+#include "tarselvalues/core/OneBlockString.h"
+
 lvValue::lvValue(lvrString const& string) { setStringFast(string); }
 
 char const* lvValue::getString(int* length) const {

@@ -117,10 +117,10 @@ lvString const& lvrString::getStaticClassDesc() {
 lvString const& lvrString::getClassDesc() const { return getStaticClassDesc(); }
 
 int lvrString::finalize() {
-  if (!isEnding()) {
-    return releaseData();
+  if (hasOwnBit(KeyTextBit) && !isEnding()) {  // At its end nothing finds it by its text any more.
+    noteTextChange();
   }
-  freeText();  // Nothing finds it by its text any more.
+  freeText();
   return 0;
 }
 

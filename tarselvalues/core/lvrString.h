@@ -1,10 +1,11 @@
 // lvrString: the counted string object behind every cell of tag lvArg::StringType.
 //
-// It holds NUL-terminated bytes in no particular encoding, which it owns (from malloc) or borrows,
-// their length, and two caches: the hash, and a small integer for texts made from one.
+// It holds NUL-terminated bytes in no particular encoding, which it owns or borrows, their length,
+// and two caches: the hash, and a small integer for texts made from one.
 //
-// Ownership: an owned text is freed with free() by the next setter and by finalize(). A borrowed
-//            text must stay alive and unchanged for as long as the object has it.
+// Ownership: an owned text is freed by the next setter and by finalize(), or with the object when
+//            both are one block of memory, as those of short interned strings are. A borrowed text
+//            must stay alive and unchanged for as long as the object has it.
 // Threads:   any number of threads may read one string; the hash cache is filled safely. Setters
 //            need the object for themselves.
 // Errors:    setters answer 0, -12 (out of memory) or -38 (no text form) and then leave the string
@@ -18,11 +19,8 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
-#include <new>
 
 #include "tarselvalues/core/Export.h"
-#include "tarselvalues/core/Tuning.h"
 #include "tarselvalues/core/lvReferencable.h"
 
 class TARSELVALUES_API lvrString : public lvReferencable {
@@ -123,15 +121,10 @@ class TARSELVALUES_API lvrString : public lvReferencable {
 
   // --- For the library itself; not exported -----------------------------------------------------
 
-  // Makes a string, or what is derived from it, with a copy of these bytes and a NUL in one block of
-  // memory with the object. The block is larger than the object, so the destructors of the string
-  // classes are compiled without sized deallocation. Throws std::bad_alloc.
+  // In core/OneBlockString.h: strings whose text stands in one block of memory with them.
   template <class String>
   TARSELVALUES_INTERNAL static String* make(char const* bytes, std::size_t length);
-
-  // Whether a text of `length` bytes that is stored by `mode` may stand in one block with its
-  // string. Not a long one: a string that is set anew keeps the room.
-  static bool fitsOneBlock(std::size_t length, int mode);
+  TARSELVALUES_INTERNAL static bool fitsOneBlock(std::size_t length, int mode);
 
   // For a new entry of the string table, filed under `hash`.
   TARSELVALUES_INTERNAL void markInterned(unsigned int hash);
@@ -204,20 +197,3 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   mutable std::atomic<std::uint16_t> flags_;
   mutable std::atomic<std::uint32_t> cachedHash_;
 };
-
-inline bool lvrString::fitsOneBlock(std::size_t length, int mode) {
-  constexpr std::size_t longest = 128;
-  return tarselvalues::Tuned && length - 1 < longest && (mode & CopyAndOwn) != 0;
-}
-
-template <class String>
-String* lvrString::make(char const* bytes, std::size_t length) {
-  void* const block = ::operator new(sizeof(String) + length + 1);
-  auto* const string = ::new (block) String;
-  char* const text = static_cast<char*>(block) + sizeof(String);
-  std::memcpy(text, bytes, length);
-  text[length] = '\0';
-  string->storeText(text, length, false);
-  string->setOwnBit(OneBlockBit);
-  return string;
-}

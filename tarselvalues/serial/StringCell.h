@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <new>
 
+#include "tarselvalues/core/OneBlockString.h"
 #include "tarselvalues/core/lvArg.h"
 #include "tarselvalues/core/lvrString.h"
 

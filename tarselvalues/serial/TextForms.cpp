@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 
 #include "tarselvalues/serial/TextSyntax.h"
 #include "tarselvalues/serial/lvtStringArgDest.h"
@@ -24,16 +25,19 @@ void writeEscape(char* at, char c) {
 }  // namespace
 
 int writeEscaped(char** cursor, int* room, char const* text, int most, int readable) {
-  char const* const end = most == INT_MAX ? nullptr : text + most;
+  auto const addressOf = [](char const* at) { return reinterpret_cast<std::uintptr_t>(at); };
+  // A number, since text + most may lie beyond all memory.
+  std::uintptr_t const end = addressOf(text) + static_cast<unsigned>(most);
+  auto const isInside = [=](char const* at) { return most == INT_MAX || addressOf(at) != end; };
   char const* const known = text + readable;
-  while (*room > 0 && text != end) {
+  while (*room > 0 && isInside(text)) {
     int const length = std::min(*room, static_cast<int>(known - text));
     int const plain = copyWhile(*cursor, text, length, areUnescaped);
     *cursor += plain;
     *room -= plain;
     text += plain;
     // What stopped that, or is no whole ByteWord.
-    for (int left = ByteWordSize; left > 0 && *room > 0 && text != end; --left, ++text) {
+    for (int left = ByteWordSize; left > 0 && *room > 0 && isInside(text); --left, ++text) {
       if (*text == '\0') {
         return 0;
       }
