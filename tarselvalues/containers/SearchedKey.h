@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "tarselvalues/core/ClassCast.h"
+#include "tarselvalues/core/Export.h"
 #include "tarselvalues/core/Reference.h"
 #include "tarselvalues/core/Tuning.h"
 #include "tarselvalues/core/lvArg.h"
@@ -35,7 +36,7 @@ inline int orderOfText(lvArg const& own, char const* text, lvArg const& cell) {
 // Comparing an integer, or a string of the library's own, runs no function of the program, so nothing
 // changes meanwhile. Where comparing the key may run one, the container is kept alive for as long as
 // this object is there.
-class SearchedKey {
+class TARSELVALUES_INTERNAL SearchedKey {
  public:
   enum class Way { Integer, Text, Any };
 

@@ -58,7 +58,7 @@ class NameIndex {
   // Returns the value of a name, or null.
   Value const* find(lvArg const& name) const {
     if (!Tuned || !isTrusted || changes != lvrString::getEntryTextChanges() ||
-        name.getReferencable() == nullptr) {
+        name.getType() != lvArg::StringType || name.getReferencable() == nullptr) {
       return nullptr;
     }
     Slot const& slot = slots[slotOf(*name.getReferencable())];

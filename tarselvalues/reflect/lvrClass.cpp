@@ -95,12 +95,6 @@ void makeIndexBehind(lvrClass::GenericMemberOffsetTable const& table) {
   }
 }
 
-lvArg& fieldAt(lvReferencable const& object, std::ptrdiff_t offset) {
-  auto const base = reinterpret_cast<std::intptr_t>(&object);
-  // NOLINTNEXTLINE(performance-no-int-to-ptr): the table says that a field lies there.
-  return *reinterpret_cast<lvArg*>(base + offset);
-}
-
 }  // namespace
 
 lvrClass::lvrClass() : lvrClass(0, lvArg(), nullptr) {}

@@ -147,18 +147,19 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
   // Borrows the class name.
   TARSELVALUES_INTERNAL lvArg const& borrowClassName() const { return className_; }
   // Borrows a field of the table of kind Fields; null if there is none.
-  lvArg* borrowField(lvReferencable const& object, int index) const {
+  TARSELVALUES_INTERNAL lvArg* borrowField(lvReferencable const& object, int index) const {
     GenericMemberOffsetTable const* const table =
         reflection_ != nullptr ? reflection_[Fields] : nullptr;
     if (table == nullptr || index < 0 || index >= table->count) {
       return nullptr;
     }
     std::intptr_t const offset = static_cast<std::intptr_t const*>(table->entries)[index];
-    if (offset == 0) {
-      return nullptr;
-    }
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the table says that a field lies there.
-    return reinterpret_cast<lvArg*>(reinterpret_cast<std::intptr_t>(&object) + offset);
+    return offset != 0 ? &fieldAt(object, offset) : nullptr;
+  }
+  // The field at this offset, of which the table says that one lies there.
+  TARSELVALUES_INTERNAL static lvArg& fieldAt(lvReferencable const& object, std::intptr_t offset) {
+    auto const base = reinterpret_cast<std::intptr_t>(&object);
+    return *reinterpret_cast<lvArg*>(base + offset);  // NOLINT(performance-no-int-to-ptr)
   }
 
  private:

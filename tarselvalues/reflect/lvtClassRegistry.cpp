@@ -93,7 +93,8 @@ int lvtClassRegistry::putClass(lvArg const& name, lvArg const& classHandle) {
     return AlreadyThere;
   }
   int const status = classes.put(name, classHandle);
-  if (isTheInstance(*this)) {
+  // Nil is not kept, nor the name with it.
+  if (isTheInstance(*this) && !classHandle.isNil()) {
     bool const isClass = classHandle.getType() == lvArg::ClassType;
     classIndex.set(name, isClass ? classHandle.getReferencable() : nullptr);
   }

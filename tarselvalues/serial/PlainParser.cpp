@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <utility>
 
 #include "tarselvalues/containers/lvHashMap.h"
 #include "tarselvalues/containers/lvVector.h"
 #include "tarselvalues/core/CellMove.h"
-#include "tarselvalues/serial/ReaderSizes.h"
+#include "tarselvalues/serial/ReaderLevel.h"
 #include "tarselvalues/serial/StringCell.h"
 #include "tarselvalues/serial/TextSyntax.h"
 
@@ -82,7 +83,11 @@ void PlainParser::keepToken() {
     source.tokenValue_.setReferencable(*tokenObject);
   } else {
     source.offset_ = static_cast<std::int32_t>(token - source.text_);
-    source.lvtStringArgSource::getNextToken(source.tokenValue_);
+    try {
+      source.lvtStringArgSource::getNextToken(source.tokenValue_);
+    } catch (std::bad_alloc const&) {
+      source.tokenValue_.setNil();  // Nobody asks for it: all that was to be read has been read.
+    }
   }
   token = nullptr;
   tokenObject = nullptr;
@@ -144,7 +149,9 @@ bool PlainParser::readEntries(lvrHashMap& map) {
 
 // ---- Frames ------------------------------------------------------------------------------------
 
-char const* PlainParser::readItems(char const* at, State now, lvrVector& vector) {
+// Reads elements, each with `readElement`, to the bracket that ends their frame.
+template <class ReadElement>
+char const* PlainParser::readElements(char const* at, State now, ReadElement readElement) {
   for (;;) {
     stand(at, now);
     at = skipBlanks(at);
@@ -162,46 +169,32 @@ char const* PlainParser::readItems(char const* at, State now, lvrVector& vector)
       now = lvtStringArgSource::ItemAfterSeparator;
       continue;
     }
-    lvArg item;
-    at = readValue(at, item);
+    at = readElement(at);
     if (at == nullptr) {
       return nullptr;
     }
     now = lvtStringArgSource::AfterItem;
-    stand(at, now);
-    if (!vector.append(std::move(item))) {
-      leaveToken(item);  // NOLINT(bugprone-use-after-move): it was not taken.
-    }
   }
 }
 
-char const* PlainParser::readEntries(char const* at, State now, lvrHashMap& map) {
-  for (;;) {
-    stand(at, now);
-    at = skipBlanks(at);
-    if (at == end) {
-      return nullptr;
-    }
-    if (isClosing(*at) && now != lvtStringArgSource::ItemAfterSeparator) {
-      return at + 1;
-    }
-    if (now == lvtStringArgSource::AfterItem) {
-      if (!isSeparator(*at)) {
-        return nullptr;
+char const* PlainParser::readItems(char const* at, State now, lvrVector& vector) {
+  return readElements(at, now, [&](char const* begin) {
+    lvArg item;
+    char const* const behind = readValue(begin, item);
+    if (behind != nullptr) {
+      stand(behind, lvtStringArgSource::AfterItem);
+      if (!vector.append(std::move(item))) {
+        leaveToken(item);  // NOLINT(bugprone-use-after-move): it was not taken.
       }
-      ++at;
-      now = lvtStringArgSource::ItemAfterSeparator;
-      continue;
     }
-    if (*at != '(') {
-      return nullptr;
-    }
-    at = readEntry(at + 1, map);
-    if (at == nullptr) {
-      return nullptr;
-    }
-    now = lvtStringArgSource::AfterItem;
-  }
+    return behind;
+  });
+}
+
+char const* PlainParser::readEntries(char const* at, State now, lvrHashMap& map) {
+  return readElements(at, now, [&](char const* begin) {
+    return *begin == '(' ? readEntry(begin + 1, map) : nullptr;
+  });
 }
 
 // Reads a tuple of a key, and perhaps a value, from behind its bracket.
@@ -237,8 +230,7 @@ char const* PlainParser::readEntry(char const* at, lvrHashMap& map) {
 }
 
 char const* PlainParser::stopInTuple(lvArg&& key, lvArg&& value, int items) {
-  ReaderLevel level;
-  level.kind = ReaderLevel::Tuple;
+  ReaderLevel level = ReaderLevel::ofTuple();
   level.items = items;
   level.first = std::move(key);
   level.second = std::move(value);
@@ -265,7 +257,7 @@ char const* PlainParser::readOther(char const* at, lvArg& out) {
 // The one byte behind the bracket tells a map from a vector.
 char const* PlainParser::readFrame(char const* at, lvArg& out) {
   char const* const inside = skipBlanks(at + 1);
-  if (inside == end || depth == MaxDepth) {
+  if (inside == end || isLocal(*inside) || depth == MaxDepth) {  // The locale may call it a blank.
     return nullptr;
   }
   ++depth;
@@ -280,12 +272,7 @@ char const* PlainParser::readMap(char const* at, lvArg& out) {
   auto& map = static_cast<lvrHashMap&>(*made.getReferencable());
   char const* const behind = readEntries(at, lvtStringArgSource::Item, map);
   if (behind == nullptr) {
-    ReaderLevel level;
-    level.kind = ReaderLevel::Map;
-    level.map = &map;
-    level.plainMap = &map;
-    level.first = std::move(made);
-    open.push_back(std::move(level));
+    open.push_back(ReaderLevel::ofMap(std::move(made), true));
     return nullptr;
   }
   moveIntoNil(out, std::move(made));
@@ -298,12 +285,7 @@ char const* PlainParser::readVector(char const* at, lvArg& out) {
   auto& vector = static_cast<lvrVector&>(*made.getReferencable());
   char const* const behind = readItems(at, lvtStringArgSource::Item, vector);
   if (behind == nullptr) {
-    ReaderLevel level;
-    level.kind = ReaderLevel::Vector;
-    level.list = &vector;
-    level.plainList = &vector;
-    level.first = std::move(made);
-    open.push_back(std::move(level));
+    open.push_back(ReaderLevel::ofVector(std::move(made)));
     return nullptr;
   }
   if (openKeys > 0) {

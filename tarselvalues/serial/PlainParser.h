@@ -1,9 +1,10 @@
 // Reads values from a text at once: words, numbers, quoted strings, nil, maps and vectors as the text
 // writer writes them. Not for users.
 //
-// The values, and the state of the parser, are those that reading item by item would leave. Whatever
-// is not so plain stops it, at any depth: the parser then stands before that, and whoever asked goes
-// on with the frames that have begun. No function of the program runs meanwhile.
+// The values, and where the parser stands, are those that reading item by item would leave; the code
+// of the last token, which nothing reads, is not kept. Whatever is not so plain stops it, at any depth:
+// the parser then stands before that, and whoever asked goes on with the frames that have begun. No
+// function of the program runs meanwhile.
 #pragma once
 
 #include <utility>
@@ -41,7 +42,7 @@ class TARSELVALUES_INTERNAL PlainParser {
   using State = lvtStringArgSource::State;
 
   // How deep frames may nest in each other, on the native stack.
-  static constexpr int MaxDepth = 64;
+  static constexpr int MaxDepth = 32;
 
   template <class Read>
   bool run(Read read);
@@ -51,6 +52,8 @@ class TARSELVALUES_INTERNAL PlainParser {
   void leaveToken(lvArg const& dropped);
 
   // Read at `at`. Return where to go on, or null when stopped.
+  template <class ReadElement>
+  char const* readElements(char const* at, State now, ReadElement readElement);
   char const* readItems(char const* at, State now, lvrVector& vector);
   char const* readEntries(char const* at, State now, lvrHashMap& map);
   char const* readEntry(char const* at, lvrHashMap& map);

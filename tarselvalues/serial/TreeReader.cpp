@@ -12,7 +12,6 @@
 #include "tarselvalues/core/Tuning.h"
 #include "tarselvalues/reflect/lvClass.h"
 #include "tarselvalues/reflect/lvtClassRegistry.h"
-#include "tarselvalues/serial/ReaderSizes.h"
 #include "tarselvalues/serial/lvArgDest.h"
 #include "tarselvalues/serial/lvrCommonSerializer.h"
 #include "tarselvalues/serial/lvtStringArgSource.h"
@@ -25,13 +24,6 @@ namespace {
 constexpr int TupleSize = 2;
 
 constexpr int Failed = lvrCommonSerializer::CS_ERR_FAILED;
-
-// The object in a cell, if it is of that very class.
-template <class Class>
-Class* exactly(lvArg const& cell) {
-  lvReferencable* const object = cell.getReferencable();
-  return object != nullptr && isExactly<Class>(*object) ? static_cast<Class*>(object) : nullptr;
-}
 
 // Whether comparing, hashing or releasing the value runs no function of the program.
 bool isPlain(lvArg const& value) {
@@ -146,11 +138,7 @@ int TreeReader::begin(lvArg const& kind) {
 }
 
 int TreeReader::beginMap(lvHashMap map, bool isNew) {
-  Level level;
-  level.kind = Level::Map;
-  level.map = map.getMap();
-  level.plainMap = isNew ? exactly<lvrHashMap>(map) : nullptr;
-  level.first = std::move(map);
+  Level level = Level::ofMap(std::move(map), isNew);
   if (level.map == nullptr) {
     return Failed;
   }
@@ -159,11 +147,7 @@ int TreeReader::beginMap(lvHashMap map, bool isNew) {
 }
 
 int TreeReader::beginVector(lvVector vector) {
-  Level level;
-  level.kind = Level::Vector;
-  level.list = vector.getList();
-  level.plainList = exactly<lvrVector>(vector);
-  level.first = std::move(vector);
+  Level level = Level::ofVector(std::move(vector));
   if (level.list == nullptr) {
     return Failed;
   }
@@ -186,16 +170,17 @@ int TreeReader::beginObject(lvArg const& className) {
   }
   level.first = lvArg(*made);
   level.second = spareValues.isNil() ? lvVector(FieldSizeHint) : std::move(spareValues);
-  level.plainList = exactly<lvrVector>(level.second);
+  level.plainList = ifExactly<lvrVector>(level.second);
   level.list = level.plainList;
   push(std::move(level));
   return 0;
 }
 
 // The registered class of this name; null if there is none. Objects of one class come together, and
-// what is registered stays: the last answer serves as long as the names are alike.
+// what is registered stays: the last answer serves as long as the names are alike. The names are the
+// parser's own then, which nobody sets anew.
 lvrClass const* TreeReader::classNamed(lvArg const& name) {
-  bool const isOwn = name.getType() == lvArg::StringType && isPlain(name);
+  bool const isOwn = atOnce.has_value() && name.getType() == lvArg::StringType && isPlain(name);
   if (isOwn && lastClass != nullptr && name.equiv(lastName) != 0) {
     return lastClass;
   }
@@ -208,9 +193,7 @@ lvrClass const* TreeReader::classNamed(lvArg const& name) {
 }
 
 int TreeReader::beginTuple() {
-  Level level;
-  level.kind = Level::Tuple;
-  push(std::move(level));
+  push(Level::ofTuple());
   ++keysOpen;
   return 0;
 }
@@ -324,8 +307,10 @@ void TreeReader::end(int status) {
         level.first.setNil();
       } else {
         status = setFields(level);
-        level.plainList->clear();
-        spareValues = std::move(level.second);
+        if (status == 0) {
+          level.plainList->clear();
+          spareValues = std::move(level.second);
+        }
       }
       break;
     default:
@@ -354,6 +339,7 @@ void TreeReader::put(Level& around, Level& tuple) {
   map.putMoved(std::move(tuple.first), std::move(tuple.second));
 }
 
+// A field's old value goes when the new one is there, and the object alone holds that.
 int TreeReader::setFields(Level const& object) {
   lvrVector& values = *object.plainList;
   for (int i = 0; i < values.lvrVector::getSize(); ++i) {
@@ -362,7 +348,10 @@ int TreeReader::setFields(Level const& object) {
       std::puts("CS_ERR_REF_SETUP_ERROR");
       return lvrCommonSerializer::CS_ERR_REF_SETUP_ERROR;
     }
-    *field = values.handOver(i);
+    lvArg value = values.handOver(i);
+    value.setBookkeeping(field->getBookkeeping());
+    field->exchange(value);
+    value.setNil();  // What ends the old value may throw.
   }
   return 0;
 }

@@ -68,8 +68,7 @@ int lvrCommonSerializer::serializeReferencableInto(lvArgDest& dest, lvArg const&
 // ---- Reading -----------------------------------------------------------------------------------
 
 int lvrCommonSerializer::deserializeInto(lvArg& out, lvArgSource& src) {
-  constexpr int sizeHint = 6;
-  lvVector items(sizeHint);
+  lvVector items(tarselvalues::FrameSizeHint);
   TreeReader(src).readVectorContents(items);  // Into a vector of its own that never fails.
   out = std::move(items);
   return 0;

@@ -60,6 +60,13 @@ TEST_F(NameIndex, FindsNothingForOtherNamesAndNoNames) {
   EXPECT_EQ(find(lvArg()), -1);
 }
 
+TEST_F(NameIndex, FindsNothingForANameUnderAnotherTag) {
+  index.set(first, 1);
+  lvArg tagged;
+  tagged.setReferencableFast(*first.getReferencable(), lvArg::ObjectType);
+  EXPECT_EQ(find(tagged), -1);
+}
+
 TEST_F(NameIndex, LeavesOutWhatItHasNoRoomFor) {
   std::vector<lvString> names;
   for (int i = 0; i < 5; ++i) {

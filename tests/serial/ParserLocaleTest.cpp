@@ -8,7 +8,9 @@
 #include <cstring>
 #include <string>
 
+#include "support/SinkRuns.h"
 #include "support/TextReading.h"
+#include "support/ValueTrees.h"
 
 namespace {
 
@@ -64,6 +66,15 @@ TEST_F(ParserInALocale, ReadsTheSameBytesAsUnknownWhereTheyAreNoLetters) {
 TEST_F(ParserInALocale, SkipsItsBlanks) {
   extraBlank = 0xA0;
   EXPECT_EQ(tokensOf("\xA0\x61\xA0\x62\xA0"), "'a' 'b' end");
+}
+
+TEST_F(ParserInALocale, ReadsAMapBehindOneOfItsBlanks) {
+  extraBlank = 0xA0;
+  lvtStringArgSource parser("{\xA0(a=b)}", -1);
+  lvArg out;
+  EXPECT_EQ(test::HeldSerializer()->deserializeItemInto(out, parser), 0);
+  EXPECT_EQ(test::described(out), "{'a'='b'}");
+  EXPECT_EQ(parser.getParseOffset(), 8);
 }
 
 TEST_F(ParserInALocale, LetsItsLettersEndTheWaitForAnExpectedStringNot) {

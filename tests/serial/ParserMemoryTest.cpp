@@ -10,7 +10,9 @@
 #include <ostream>
 #include <string>
 
+#include "support/SinkRuns.h"
 #include "support/TextReading.h"
+#include "support/ValueTrees.h"
 
 namespace {
 
@@ -254,6 +256,49 @@ INSTANTIATE_TEST_SUITE_P(
                     TokenCase{"LongString", inQuotes(501), 2},
                     TokenCase{"OpenLongString", '"' + std::string(900, 'a'), 2}),
     [](auto const& each) { return std::string(each.param.name); });
+
+// A nil that is read at once leaves its word, which nobody asks for, as the last token.
+TEST(ParserMemory, IsNotNeededForANil) {
+  lvtStringArgSource parser("#nil", -1);
+  test::HeldSerializer const serializer;
+  lvArg out = test::integer(1);
+  for (int failAt = 0; !out.isNil() && failAt < 10; ++failAt) {
+    start(failAt);
+    try {
+      serializer->deserializeItemInto(out, parser);
+    } catch (std::bad_alloc const&) {
+      ASSERT_EQ(parser.getParseOffset(), 0);
+    }
+    stop();
+  }
+  EXPECT_TRUE(out.isNil());
+  EXPECT_EQ(parser.getParseOffset(), 4);
+}
+
+TEST(ParserMemory, ThatIsMissingWithinAListLosesNothingBehindTheItem) {
+  test::HeldSerializer const serializer;
+  int failures = 0;
+  bool isMissing = true;
+  for (int failAt = 0; isMissing && failAt < 20; ++failAt) {
+    lvtStringArgSource parser("{abc,#nil}", -1);
+    lvArg out;
+    start(failAt);
+    try {
+      serializer->deserializeItemInto(out, parser);
+      isMissing = false;
+    } catch (std::bad_alloc const&) {
+      ++failures;
+    }
+    stop();
+    if (isMissing) {
+      EXPECT_LE(parser.getParseOffset(), 4) << failAt;
+    } else {
+      EXPECT_EQ(test::described(out), "['abc',nil]");
+    }
+  }
+  EXPECT_FALSE(isMissing);
+  EXPECT_GE(failures, 2);
+}
 
 TEST(ParserMemory, ThatIsMissingForAnExpectedStringLeavesItExpected) {
   std::string const bytes = "-" + std::string(600, 'a');

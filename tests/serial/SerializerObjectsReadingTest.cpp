@@ -1,6 +1,7 @@
 // What the serializer builds from the answers of a source for objects, and what it prints.
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -169,6 +170,48 @@ TEST_F(DeserializeObject, IsCompleteBeforeItIsStored) {
   EXPECT_EQ(source.seen, "[] [] [] [] [*Point{1,2}] [*Point{1,2},3] ");
 }
 
+TEST_F(DeserializeObject, IsOfTheClassThatItsNameHasWhenItBegins) {
+  // A source may keep one string and give it another text for each object.
+  class RenamingSource : public test::ScriptedSource {
+   public:
+    explicit RenamingSource(lvArg const& name)
+        : ScriptedSource({test::begin(name), frameEnd(), test::begin(name), frameEnd()}),
+          name_(static_cast<lvrString&>(*name.getReferencable())) {}
+    int getArg(lvArg& out) override {
+      if (reads() == 2) {
+        name_.setStringData("Tabled", -1, lvrString::CopyAndOwn);
+      }
+      return ScriptedSource::getArg(out);
+    }
+
+   private:
+    lvrString& name_;
+  };
+  lvArg const name = string("Blank");
+  RenamingSource source(name);
+  lvArg out;
+  EXPECT_EQ(test::HeldSerializer()->deserializeInto(out, source), 0);
+  EXPECT_EQ(test::described(out), "[*Blank{},*Tabled{}]");
+}
+
+TEST_F(DeserializeObject, LetsPassWhatTheEndOfADefaultThrows) {
+  class Throwing : public lvReferencable {
+   public:
+    int finalize() override { throw std::runtime_error("end"); }
+  };
+  class Filled : public test::Point {
+   public:
+    Filled() { x = *new Throwing; }
+    static lvReferencable* make() { return new Filled; }
+  };
+  lvClass const filled = test::likePoint(string("Filled"), &Filled::make);
+  test::registerAs(string("Filled"), filled);
+  lvtStringArgSource parser("*Filled{1,2}", -1);
+  lvArg out;
+  EXPECT_THROW(test::HeldSerializer()->deserializeItemInto(out, parser), std::runtime_error);
+  EXPECT_TRUE(out.isNil());
+}
+
 TEST_F(DeserializeObject, ReplacesWhatTheOutputHeld) {
   lvArg const old = string("old");
   lvArg out = old;
@@ -258,6 +301,33 @@ TEST_F(DeserializeObject, IsDroppedWhenAFieldFails) {
             std::string("-6: same|") + SetupError);
   EXPECT_EQ(test::Watched::log(), "made gone ");
   EXPECT_EQ(test::countOf(value), 1);
+}
+
+TEST_F(DeserializeObject, DropsValuesTooManyFromTheLastOnAndThenTheObject) {
+  // Five values, which it keeps no references to, for an object of two fields.
+  class MakingSource : public lvArgSource {
+   public:
+    int getArg(lvArg& out) override {
+      int const read = reads_++;
+      if (read == 0) {
+        out = string("Point");
+        return SOURCE_FRAME_BEGIN;
+      }
+      out = read <= 5 ? test::logging(dropped, std::to_string(read)) : lvArg();
+      return read <= 5 ? SOURCE_ITEM : SOURCE_FRAME_END;
+    }
+    std::string dropped;
+
+   private:
+    int reads_ = 0;
+  } source;
+  lvArg out;
+  EXPECT_EQ(test::printedBy([&] {
+              EXPECT_EQ(test::HeldSerializer()->deserializeItemInto(out, source),
+                        lvrCommonSerializer::CS_ERR_REF_SETUP_ERROR);
+            }),
+            SetupError);
+  EXPECT_EQ(source.dropped, "54321");
 }
 
 TEST_F(DeserializeObject, PrintsOneLineForSeveralValuesTooMany) {
