@@ -211,13 +211,19 @@ TEST(HashMapMemoryOfAHandle, WhenMissingIsReported) {
 class HashMapIndexMemory : public ::testing::Test {
  protected:
   static constexpr int Many = 2000;
+  static constexpr int Few = 200;
+  static constexpr int IndexBlocks = 3;  // itself, slots, ends
 
-  HashMapIndexMemory() : map(7U) {
+  HashMapIndexMemory() : map(7U) { startAnew(); }
+  ~HashMapIndexMemory() override { callocs = Callocs(); }
+
+  // A map of one entry, which has its buckets, in the turns as at first.
+  void startAnew() {
+    map->clear();
     test::startAlternation();
     put(0);
     callocs = Callocs();
   }
-  ~HashMapIndexMemory() override { callocs = Callocs(); }
 
   // Texts and numbers by turns.
   static lvArg key(int i) { return i % 2 == 0 ? string(std::to_string(i)) : integer(i); }
@@ -227,8 +233,9 @@ class HashMapIndexMemory : public ::testing::Test {
       put(i);
     }
   }
-  void expectAllFound() {
-    for (int i = 0; i < Many; ++i) {
+  void expectAllFound() const { expectAllFoundUpTo(Many); }
+  void expectAllFoundUpTo(int end) const {
+    for (int i = 0; i < end; ++i) {
       ASSERT_EQ(map->get(key(i)).getInt(), i);
     }
     ASSERT_TRUE(map->get(integer(0)).isNil());
@@ -256,9 +263,7 @@ TEST_F(HashMapIndexMemory, IsTakenForManyEntries) {
 TEST_F(HashMapIndexMemory, IsNotNeeded) {
   putAll();
   std::string const expected = entriesOf(*map);
-  map->freeStorage();
-  test::startAlternation();
-  put(0);
+  startAnew();
   callocs.fail = true;
   putAll();
   expectAllFound();
@@ -272,15 +277,59 @@ TEST_F(HashMapIndexMemory, LosesNothingWhereverItRunsOut) {
   int const needed = callocs.made;
   ASSERT_GT(needed, 3);
   for (int failing = 0; failing < needed; ++failing) {
-    map->clear();
-    test::startAlternation();
-    put(0);
-    callocs = Callocs();
+    startAnew();
     callocs.failing = failing;
     putAll();
     expectAllFound();
     ASSERT_EQ(entriesOf(*map), expected) << failing;
   }
+}
+
+TEST_F(HashMapIndexMemory, IsTakenAgainOnceThereIsSome) {
+  callocs.fail = true;
+  putAll();
+  expectAllFound();
+  callocs = Callocs();
+  expectAllFound();
+  EXPECT_EQ(callocs.made, IndexBlocks);
+  expectAllFound();
+  EXPECT_EQ(callocs.made, IndexBlocks) << "the index has gone again";
+}
+
+TEST_F(HashMapIndexMemory, MissingForMoreEntriesLeavesTheMapWithoutAnIndexForAWhile) {
+  putAll();
+  std::string const expected = entriesOf(*map);
+  startAnew();
+  constexpr int grown = IndexBlocks + 2;
+  callocs.failing = grown;
+  int i = 1;
+  for (; callocs.made <= grown; ++i) {
+    put(i);
+  }
+  ASSERT_LT(i, Many);
+  expectAllFoundUpTo(i);
+  EXPECT_EQ(callocs.made, grown + 1 + IndexBlocks) << "it was not built again";
+  for (; i < Many; ++i) {
+    put(i);
+  }
+  expectAllFound();
+  EXPECT_EQ(entriesOf(*map), expected);
+}
+
+TEST_F(HashMapIndexMemory, MissingForAnIndexOfFewerEntriesLeavesTheOneThatIsThere) {
+  putAll();
+  callocs = Callocs();
+  callocs.fail = true;
+  for (int i = Few; i < Many; ++i) {
+    ASSERT_EQ(map->put(key(i), lvArg::NilValue), 0);
+  }
+  EXPECT_GT(callocs.made, 0) << "no smaller index was tried";
+  callocs = Callocs();
+  for (int i = 0; i < 100; ++i) {
+    expectAllFoundUpTo(Few);
+  }
+  EXPECT_EQ(map->getSize(), Few);
+  EXPECT_EQ(callocs.made, 0) << "the index had gone";
 }
 
 // Strings that borrow one text are equal: the index cannot tell where they are.

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "support/Cells.h"
@@ -50,6 +51,30 @@ TEST_P(ContainersOfThreads, AreIndependentThoughMapsTakeTurnsTogether) {
     }
   }
   EXPECT_EQ(countOf(shared), 1 + threads() * Rounds);
+}
+
+// A map with texts for keys finds them by an index, which goes whenever any such text changes, be it
+// a key of another map.
+TEST_P(ContainersOfThreads, FindTheirKeysWhileOtherThreadsSetKeysAnew) {
+  std::vector<lvArg> keys;
+  for (int i = 0; i < Rounds; ++i) {
+    keys.push_back(test::string("key " + std::to_string(i)));
+  }
+  test::runTogether(threads(), [&](int thread) {
+    Held<lvrHashMap> const map(3U);
+    lvArg const own = test::string("own");
+    map->put(own, integer(-1));
+    for (int i = 0; i < Rounds; ++i) {
+      map->put(keys[static_cast<std::size_t>(i)], integer(i));
+    }
+    for (int i = 0; i < 40 * Rounds; ++i) {
+      ASSERT_EQ(map->get(keys[static_cast<std::size_t>(i % Rounds)]).getInt(), i % Rounds);
+      if (i % (4 * Rounds) == thread * Rounds) {
+        static_cast<lvrString&>(*own.getReferencable())
+            .setStringData(std::to_string(i).c_str(), -1, lvrString::CopyAndOwn);
+      }
+    }
+  });
 }
 
 TEST_P(ContainersOfThreads, ShareTheirElements) {

@@ -83,6 +83,10 @@ class HandedOn : public ::testing::TestWithParam<int> {
     EXPECT_EQ(countOf(shared), 1 + 2);
   }
 
+  static lvArg textOrNumber(int i) {
+    return i % 2 == 0 ? test::string("key " + std::to_string(i)) : integer(i);
+  }
+
   lvArg const shared = test::string("shared");
 };
 
@@ -91,6 +95,24 @@ INSTANTIATE_TEST_SUITE_P(Threads, HandedOn, ::testing::Values(1, 4));
 TEST_P(HandedOn, HashMapIsWhatAllThreadsMadeOfIt) {
   Held<lvrHashMap> const map(3U);
   moveWindowOverMap(*map);
+}
+
+// The index that one thread has built grows in others, goes when a key is set anew, and comes back.
+TEST_P(HandedOn, HashMapFindsAllKeysByWhicheverThreadTheyWerePut) {
+  Held<lvrHashMap> const map(3U);
+  lvArg const changing = test::string("at first");
+  map->put(changing, integer(-1));
+  inTurns([&](int turn) {
+    map->put(textOrNumber(turn), integer(turn));
+    for (int i = turn; i >= 0; i -= 7) {
+      ASSERT_EQ(map->get(textOrNumber(i)).getInt(), i) << turn;
+    }
+    if (turn % 100 == 50) {
+      static_cast<lvrString&>(*changing.getReferencable())
+          .setStringData(std::to_string(turn).c_str(), -1, lvrString::CopyAndOwn);
+    }
+  });
+  EXPECT_EQ(map->getSize(), 1 + Turns);
 }
 
 TEST_P(HandedOn, TupleSetIsWhatAllThreadsMadeOfIt) {

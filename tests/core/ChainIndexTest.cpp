@@ -21,6 +21,7 @@ namespace {
 
 using test::Mallocs;
 using test::OutOfMemory;
+using test::textOfOneHash;
 
 // ---- A toy table -------------------------------------------------------------------------------
 
@@ -95,6 +96,7 @@ class ToyTable {
     }
     return all;
   }
+  Toy* first(std::uint32_t number) const { return heads[number]; }
   Toy& any(test::Choices& choices) const { return *toys[choices.below(toys.size())]; }
   std::size_t size() const { return count; }
 
@@ -395,11 +397,45 @@ TEST_F(ChainIndex, NeedsNoMemoryWhileAsManyEntriesGoAsCome) {
   EXPECT_TRUE(table.index.isReady());
 }
 
-// ---- The string table without memory -----------------------------------------------------------
+class ChainIndexOfManyThatGo : public ChainIndex {
+ protected:
+  ChainIndexOfManyThatGo() {
+    fill(1500);
+    table.walkLong();
+  }
 
-std::string textOfOneHash(int number) {
-  return "Text " + std::to_string(10000 + number) + " of one hash, by its end";
+  void removeAllBut(std::size_t left) {
+    while (table.size() > left) {
+      std::uint32_t const number = table.first(0) == nullptr ? 1 : 0;
+      ASSERT_NO_FATAL_FAILURE(table.remove(*table.first(number)));
+    }
+  }
+};
+
+// What is left of the slots is soon too little for as many as there were.
+TEST_F(ChainIndexOfManyThatGo, GivesMemoryBack) {
+  removeAllBut(40);
+  ASSERT_TRUE(table.index.isReady());
+  for (int i = 0; i < 300; ++i) {
+    Toy& toy = table.make(i, hashOf(i));
+    OutOfMemory const none;
+    table.link(toy, 0, true);
+  }
+  EXPECT_FALSE(table.index.isReady()) << "it had no need to grow";
 }
+
+TEST_F(ChainIndexOfManyThatGo, KeepsItsMemoryWhereThereIsNoneForLess) {
+  Mallocs::failed = 0;
+  {
+    OutOfMemory const none;
+    removeAllBut(40);
+  }
+  EXPECT_GT(Mallocs::failed, 0);
+  ASSERT_TRUE(table.index.isReady());
+  expectAllFound(table);
+}
+
+// ---- The string table without memory -----------------------------------------------------------
 
 // More of one hash than a table does without an index for.
 class StringTableWithoutMemory : public ::testing::Test {

@@ -27,13 +27,9 @@ using test::Entry;
 using test::entryCount;
 using test::entryOf;
 using test::modelHash;
+using test::textOfOneHash;
 
 constexpr int CopyAndOwn = lvrString::CopyAndOwn;
-
-// Of one hash: the numbers stand where no byte counts for it.
-std::string textOfOneHash(int number) {
-  return "Text " + std::to_string(10000 + number) + " of one hash, by its end";
-}
 
 std::vector<lvString> handlesOfOneHash(int count) {
   std::vector<lvString> handles;

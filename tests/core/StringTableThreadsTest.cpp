@@ -32,6 +32,7 @@ using test::runTogether;
 using test::TableLock;
 using test::textOf;
 using test::textsOfOneChain;
+using test::textsOfOneHash;
 
 constexpr int Mode = lvrString::CopyAndOwnEmpty;
 
@@ -461,6 +462,41 @@ TEST_P(StringTableThreads, FindAndLetGoManyTextsOfOneChainWhileEntriesAreSetAnew
     }
   });
   EXPECT_EQ(wrong, 0) << "seeds from 77 on";
+  EXPECT_TRUE(chainOf(many[0]).empty());
+}
+
+// Each thread starts with another text, makes what is not there yet and finds the rest; then all let
+// go together. The index is built and grows meanwhile, goes in mid-course and comes back.
+TEST_P(StringTableThreads, MakeEachOfManyTextsOfOneHashOnceWhileTheIndexGrowsAndGoes) {
+  std::vector<std::string> const many = textsOfOneHash(400);
+  std::vector<std::atomic<lvReferencable const*>> entries(many.size());
+  std::atomic<int> wrong{0};
+  test::Gate gate(GetParam());
+  runTogether(GetParam(), [&](int thread) {
+    lvString const own(("own " + std::to_string(thread)).c_str());
+    std::size_t const start = many.size() / Threads * static_cast<std::size_t>(thread);
+    for (int round = 0; round < 6; ++round) {
+      std::vector<lvString> handles(many.size());
+      for (std::size_t i = 0; i < many.size(); ++i) {
+        std::size_t const number = (start + i) % many.size();
+        handles[number] = lvString(many[number].c_str());
+        lvReferencable const* const mine = handles[number].getReferencable();
+        lvReferencable const* first = nullptr;
+        wrong += entries[number].compare_exchange_strong(first, mine) || first == mine ? 0 : 1;
+        if (i == many.size() / 2 && round % GetParam() == thread) {
+          static_cast<lvrString&>(*own.getReferencable())
+              .setStringData("anew", -1, lvrString::CopyAndOwn);
+        }
+      }
+      gate.pass();
+      for (std::size_t i = 0; i < many.size(); ++i) {
+        handles[(start + i) % many.size()] = lvString();
+        entries[i] = nullptr;
+      }
+      gate.pass();
+    }
+  });
+  EXPECT_EQ(wrong, 0);
   EXPECT_TRUE(chainOf(many[0]).empty());
 }
 

@@ -93,6 +93,19 @@ inline Entry const* entryOf(lvArg const& handle) {
   return static_cast<Entry const*>(handle.getReferencable());
 }
 
+// A text of the same hash for each number below 90000: no byte of it counts where the number stands.
+inline std::string textOfOneHash(int number) {
+  return "Text " + std::to_string(10000 + number) + " of one hash, by its end";
+}
+
+inline std::vector<std::string> textsOfOneHash(int count) {
+  std::vector<std::string> texts;
+  for (int i = 0; i < count; ++i) {
+    texts.push_back(textOfOneHash(i));
+  }
+  return texts;
+}
+
 // So many texts whose entries share a chain.
 inline std::vector<std::string> textsOfOneChain(std::size_t count) {
   constexpr unsigned bucket = 271;
