@@ -24,15 +24,16 @@ int locks = 0;
 
 }  // namespace
 
+// The names are the linker's.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 int __real_pthread_mutex_lock(pthread_mutex_t* mutex);
-int __wrap_pthread_mutex_lock(pthread_mutex_t* mutex);
-
 int __wrap_pthread_mutex_lock(pthread_mutex_t* mutex) {
   ++locks;
   return __real_pthread_mutex_lock(mutex);
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 

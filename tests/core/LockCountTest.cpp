@@ -148,7 +148,7 @@ TEST_F(SecondThread, LeavesWhatNeedsNoCountUnlocked) {
   EXPECT_EQ(locksOf([&] {
               cell.assign(shared);
               other = std::move(cell);
-              cell.exchange(other);
+              other.exchange(cell);  // NOLINT(bugprone-use-after-move): nil, which has no count.
               cell.eq(shared);
               cell.setReferencable(*shared.getReferencable());
             }),
