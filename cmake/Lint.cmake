@@ -34,8 +34,13 @@ function(tarselvalues_tidy file relative)
   set_property(GLOBAL APPEND PROPERTY TARSELVALUES_TIDY_STAMPS "${stamp}")
 endfunction()
 
-# The same for the sources of a target: those that are compiled together are looked at together.
+# The same for the sources of a target: those that are compiled together are looked at together. A
+# target with the property TARSELVALUES_TIDY_ELSEWHERE has sources that belong to another one, too.
 function(tarselvalues_tidy_target target)
+  get_target_property(elsewhere ${target} TARSELVALUES_TIDY_ELSEWHERE)
+  if(elsewhere)
+    return()
+  endif()
   get_target_property(sources ${target} SOURCES)
   get_target_property(source_directory ${target} SOURCE_DIR)
   get_target_property(binary_directory ${target} BINARY_DIR)

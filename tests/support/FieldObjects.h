@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "support/ClassTables.h"
 #include "support/Objects.h"
 #include "support/ValueTrees.h"
 #include "tarselvalues/reflect/lvClassBuilder.h"
@@ -196,15 +197,6 @@ inline lvClass likePoint(lvArg const& name, lvrClass::DefaultCtor* ctor,
   return described;
 }
 
-// Where a field lies in an object.
-template <class Class>
-std::intptr_t offsetOf(lvArg Class::*member) {
-  Held<Class> const sample;
-  lvReferencable const& object = *sample;
-  return reinterpret_cast<char const*>(&((*sample).*member)) -
-         reinterpret_cast<char const*>(&object);
-}
-
 // A class with a table of two fields, of which the first `filled` are those of Point.
 template <class Class>
 lvClass partlyFilled(int filled) {
@@ -224,7 +216,7 @@ inline void registerOrdinaryClasses() {
                 .field("y", &Point::y)
                 .registerClass(),
             0);
-  registerAs<Solid>(likePoint(keyOf<Solid>(), &makeNew<Solid>, {offsetOf(&Solid::z)}));
+  registerAs<Solid>(likePoint(keyOf<Solid>(), &makeNew<Solid>, {offsetOf<Solid>(&Solid::z)}));
   EXPECT_EQ(lvClassBuilder<Segment>(Segment::Name)
                 .field("from", &Segment::from)
                 .field("to", &Segment::to)
