@@ -45,6 +45,17 @@ std::size_t bytesOfHeads(std::size_t heads) {
   return (heads * sizeof(lvrHashMap::HashEntry*) + unit - 1) / unit * unit;
 }
 
+// From calloc, so that a large block costs only the pages that are touched; but for small ones, which
+// malloc finds sooner.
+void* allocateZeros(std::size_t bytes) {
+  constexpr std::size_t small = 256;
+  void* const memory = bytes <= small ? std::malloc(bytes) : std::calloc(1, bytes);
+  if (memory == nullptr) {
+    throw std::bad_alloc();
+  }
+  return bytes <= small ? std::memset(memory, 0, bytes) : memory;
+}
+
 lvrString const& stringIn(lvArg const& key) {
   return static_cast<lvrString const&>(*key.getReferencable());
 }
@@ -59,6 +70,17 @@ KeyKind kindOf(lvArg const& key) {
     return KeyKind::Foreign;
   }
   return stringIn(key).hasTextOfItsOwn() ? KeyKind::Text : KeyKind::Borrowed;
+}
+
+// As key.hashCode(), and tells the kind of the key that there is then.
+unsigned int hashOf(lvArg const& key, KeyKind& kind, tarselvalues::KeptWhileAsking& self) {
+  kind = kindOf(key);
+  if (kind == KeyKind::Text || kind == KeyKind::Borrowed) {
+    return stringIn(key).lvrString::hashCode();
+  }
+  unsigned int const hash = self.ask(key).hashCode();
+  kind = kindOf(key);
+  return hash;
 }
 
 // Equal texts have equal hashes of their own, too; when they are compared they end at the first NUL.
@@ -128,11 +150,7 @@ lvrHashMap::HashEntry** lvrHashMap::allocateBuckets(std::uint32_t size) {
   if (std::size_t{size} > most) {
     throw std::bad_array_new_length();
   }
-  // From calloc, so that a large table costs only the pages that its entries touch.
-  void* const memory = std::calloc(1, bytesOfHeads(size) + sizeof(Extras));
-  if (memory == nullptr) {
-    throw std::bad_alloc();
-  }
+  void* const memory = allocateZeros(bytesOfHeads(size) + sizeof(Extras));
   auto** const heads = static_cast<HashEntry**>(memory);
   std::uint64_t const number = blocksMade.fetch_add(1, std::memory_order_relaxed) + 1;
   new (&extrasBehind(heads, size)) Extras(number << BlockShift);
@@ -179,12 +197,11 @@ bool lvrHashMap::has(HashEntry const* entry, unsigned int hash) const {
 }
 
 // Returns the entry with this key, or null.
-lvrHashMap::HashEntry* lvrHashMap::find(lvArg const& key, unsigned int hash,
+lvrHashMap::HashEntry* lvrHashMap::find(lvArg const& key, KeyKind kind, unsigned int hash,
                                         tarselvalues::KeptWhileAsking& self) const {
   if (buckets == nullptr) {
     return nullptr;
   }
-  KeyKind const kind = kindOf(key);
   switch (kind) {
     case KeyKind::Same:
       return findAmong(key, kind, hash,
@@ -270,8 +287,9 @@ lvArg lvrHashMap::get(lvArg const& key) const {
     return lvArg::NilValue;
   }
   tarselvalues::KeptWhileAsking self(*this);
-  unsigned int const hash = self.ask(key).hashCode();
-  HashEntry const* const entry = find(key, hash, self);
+  KeyKind kind{};
+  unsigned int const hash = hashOf(key, kind, self);
+  HashEntry const* const entry = find(key, kind, hash, self);
   return entry != nullptr ? entry->value : lvArg::NilValue;
 }
 
@@ -311,12 +329,13 @@ int lvrHashMap::putMoved(lvArg&& key, lvArg&& value) {
 template <class Cell>
 int lvrHashMap::putCells(Cell&& key, Cell&& value, lvArg* old) {
   tarselvalues::KeptWhileAsking self(*this);
-  unsigned int const hash = self.ask(key).hashCode();
+  KeyKind kind{};
+  unsigned int const hash = hashOf(key, kind, self);
   int status = needStorage();
   if (status != 0) {
     return status;
   }
-  HashEntry* const entry = find(key, hash, self);
+  HashEntry* const entry = find(key, kind, hash, self);
   if (entry == nullptr) {
     if (!value.isNil()) {
       std::unique_ptr<HashEntry> made(
@@ -353,7 +372,10 @@ void lvrHashMap::linkEntry(HashEntry* entry, unsigned int hash) {
   std::uint32_t const bucket = hash % hashSize;
   Extras& beside = extras();
   bool const indexed = beside.index.isReady();
-  bool const toHead = (insertions.fetch_add(1, std::memory_order_relaxed) + 1) % 2 == 0;
+  // No addition: another thread may disturb it anyway.
+  unsigned const insertion = insertions.load(std::memory_order_relaxed) + 1;
+  insertions.store(insertion, std::memory_order_relaxed);
+  bool const toHead = insertion % 2 == 0;
   HashEntry** const link = toHead    ? &buckets[bucket]
                            : indexed ? beside.index.endOf(bucket)
                                      : linkTo(nullptr, hash);

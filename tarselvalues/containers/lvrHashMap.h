@@ -197,7 +197,8 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   TARSELVALUES_INTERNAL std::uint64_t removals() const;
   TARSELVALUES_INTERNAL static void bringUpToDate(IteratorLogic& logic, std::uint64_t& seen);
   TARSELVALUES_INTERNAL bool has(HashEntry const* entry, unsigned int hash) const;
-  TARSELVALUES_INTERNAL HashEntry* find(lvArg const& key, unsigned int hash,
+  TARSELVALUES_INTERNAL HashEntry* find(lvArg const& key, tarselvalues::KeyKind kind,
+                                        unsigned int hash,
                                         tarselvalues::KeptWhileAsking& self) const;
   template <class Matches>
   TARSELVALUES_INTERNAL HashEntry* findAmong(lvArg const& key, tarselvalues::KeyKind kind,

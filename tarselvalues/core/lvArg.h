@@ -171,6 +171,11 @@ class TARSELVALUES_API lvArg {
     return getType() == other.getType() && (isNil() || payload_ == other.payload_);
   }
 
+  // Makes a cell of a reference that the caller has taken.
+  static lvArg ofTaken(ValueType type, lvReferencable const& object) {
+    return {type, reinterpret_cast<std::uintptr_t>(&object)};
+  }
+
   // What eq() compares besides the tag.
   std::uintptr_t getIdentity() const { return isNil() ? 0 : payload_; }
 

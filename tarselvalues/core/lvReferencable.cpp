@@ -125,6 +125,10 @@ int lvReferencable::__removeRef() {
     }
     setCount(DyingCount);
   }
+  if (tarselvalues::Tuned && tarselvalues::isExactly<lvrString>(*this)) {
+    static_cast<lvrString*>(this)->end();
+    return 1;
+  }
   // A string holds nothing, so it can go at any depth. It must not wait: an interned one can be
   // found meanwhile.
   if (releases.nested >= MaxNestedReleases && getKind() != StringKind) {

@@ -89,6 +89,10 @@ class TARSELVALUES_API lvReferencable {
   }
 
  protected:
+  // For the library itself; not exported: makes an object of this kind with these of the bits that
+  // are left to derived classes set. Inline in core/OneBlockString.h.
+  TARSELVALUES_INTERNAL inline lvReferencable(Kind kind, unsigned ownBits) noexcept;
+
   // For constructors: sets the kind and keeps the low four bits of the type byte.
   void setKind(Kind kind) {
     unsigned const low = typeByte_.load(std::memory_order_relaxed) & LowBits;

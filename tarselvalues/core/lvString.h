@@ -18,6 +18,7 @@
 #include <pthread.h>
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 
 #include "tarselvalues/core/Export.h"
@@ -42,6 +43,7 @@ class TARSELVALUES_API lvString : public lvArg {
     friend struct lvLayoutAccess;
 
     TARSELVALUES_INTERNAL StringEntry();
+    TARSELVALUES_INTERNAL inline StringEntry(char const* textBehind, std::size_t length) noexcept;
 
     StringEntry* next_;  // in the same chain; guarded by the table's lock
   };

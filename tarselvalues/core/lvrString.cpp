@@ -124,6 +124,12 @@ int lvrString::finalize() {
   return 0;
 }
 
+void lvrString::end() {
+  freeText();
+  lvrString::~lvrString();
+  ::operator delete(this);
+}
+
 int lvrString::equiv(lvReferencable const& other) const {
   lvrString const* const string = asString(other);
   if (string == nullptr) {
@@ -138,10 +144,8 @@ int lvrString::equiv(lvReferencable const& other) const {
   return string->hashCode() == hashCode() && hasSameBytes(*string) ? 1 : 0;
 }
 
-bool lvrString::isEquivToOwn(lvrString const& other) const {
-  if (other.text_ == text_) {
-    return true;
-  }
+// Of two strings of the library's own classes.
+bool lvrString::hasSameText(lvrString const& other) const {
   return other.text_ != nullptr && text_ != nullptr &&
          other.lvrString::hashCode() == lvrString::hashCode() && hasSameBytes(other);
 }
@@ -158,7 +162,9 @@ bool lvrString::hasSameBytes(lvrString const& other) const {
 unsigned int lvrString::hashCode() const {
   if (!hasFlag(HashFlag)) {
     cachedHash_.store(computeOwnHash(), std::memory_order_relaxed);
-    flags_.fetch_or(HashFlag, std::memory_order_release);
+    // No addition to the flags: whoever else changes them now stores the very same.
+    flags_.store(static_cast<std::uint16_t>(flags_.load(std::memory_order_relaxed) | HashFlag),
+                 std::memory_order_release);
   }
   return cachedHash_.load(std::memory_order_relaxed);
 }

@@ -141,7 +141,9 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   }
 
   // As equiv(), for two strings of the library's own classes.
-  TARSELVALUES_INTERNAL bool isEquivToOwn(lvrString const& other) const;
+  TARSELVALUES_INTERNAL bool isEquivToOwn(lvrString const& other) const {
+    return other.text_ == text_ || (!isKnownToDiffer(other) && hasSameText(other));
+  }
 
   // Whether there is a text that no other string has at the same address, but for strEmpty.
   bool hasTextOfItsOwn() const {
@@ -154,6 +156,13 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   // Takes `buffer`, which came from malloc and holds `length` bytes and a NUL, over without
   // copying it. Leaks an owned old text, as the setters ending in Fast do.
   TARSELVALUES_INTERNAL void adoptBufferFast(char* buffer, std::size_t length);
+
+  // Ends a string of exactly this class whose last reference has gone, as finalize() and `delete` do.
+  TARSELVALUES_INTERNAL void end();
+
+ protected:
+  // For make(): a string whose text stands behind it in its block.
+  TARSELVALUES_INTERNAL inline lvrString(char const* textBehind, std::size_t length) noexcept;
 
  private:
   template <class T>
@@ -178,6 +187,12 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   static constexpr std::uint16_t UncountedLength = 65535;
   // A string without text has nothing to count.
   bool isKnownLength() const { return length_ != UncountedLength || text_ == nullptr; }
+  bool isKnownToDiffer(lvrString const& other) const {
+    return hasFlag(HashFlag) && other.hasFlag(HashFlag) &&
+           cachedHash_.load(std::memory_order_relaxed) !=
+               other.cachedHash_.load(std::memory_order_relaxed);
+  }
+  TARSELVALUES_INTERNAL bool hasSameText(lvrString const& other) const;
   TARSELVALUES_INTERNAL bool hasSameBytes(lvrString const& other) const;
   unsigned int computeOwnHash() const;
   bool ownsTextAt(char const* address) const;

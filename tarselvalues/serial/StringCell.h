@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <new>
 
+#include "tarselvalues/core/Counting.h"
 #include "tarselvalues/core/OneBlockString.h"
 #include "tarselvalues/core/lvArg.h"
 #include "tarselvalues/core/lvrString.h"
@@ -13,7 +14,9 @@ namespace tarselvalues {
 // Returns a cell with a new string of its own.
 inline lvArg makeString(char const* bytes, std::size_t count) {
   if (lvrString::fitsOneBlock(count, lvrString::CopyAndOwnEmpty)) {
-    return lvArg(*lvrString::make<lvrString>(bytes, count));
+    auto* const string = lvrString::make<lvrString>(bytes, count);
+    Counting::take(*string);
+    return lvArg::ofTaken(lvArg::StringType, *string);
   }
   auto* const string = new lvrString;
   lvArg cell(*string);
