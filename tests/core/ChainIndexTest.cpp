@@ -404,11 +404,12 @@ class ChainIndexOfManyThatGo : public ChainIndex {
     table.walkLong();
   }
 
+  // Needs no memory.
   void removeAllBut(std::size_t left) {
-    while (table.size() > left && !HasFatalFailure()) {
-      std::uint32_t const number = table.first(0) == nullptr ? 1 : 0;
-      table.remove(*table.first(number));
+    for (std::size_t size = table.size(); size > left; --size) {
+      table.remove(*table.first(table.first(0) == nullptr ? 1 : 0));
     }
+    ASSERT_EQ(table.size(), left);
   }
 };
 
