@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "tarselvalues/containers/DeliveredOld.h"
+#include "tarselvalues/core/BlockCache.h"
 #include "tarselvalues/core/ChainIndex.h"
 #include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
@@ -24,6 +25,10 @@ enum class tarselvalues::KeyKind {
 };
 
 namespace {
+
+using tarselvalues::BlockCache;
+using tarselvalues::FromCalloc;
+using tarselvalues::FromNew;
 
 constexpr int InvalidArgument = -22;
 constexpr int Busy = -16;
@@ -45,16 +50,26 @@ std::size_t bytesOfHeads(std::size_t heads) {
   return (heads * sizeof(lvrHashMap::HashEntry*) + unit - 1) / unit * unit;
 }
 
-// From calloc, so that a large block costs only the pages that are touched; but for small ones, which
-// malloc finds sooner.
+// From calloc, so that a large block costs only the pages that are touched.
 void* allocateZeros(std::size_t bytes) {
-  constexpr std::size_t small = 256;
-  void* const memory = bytes <= small ? std::malloc(bytes) : std::calloc(1, bytes);
+  void* const memory = BlockCache::take<FromCalloc>(bytes);
   if (memory == nullptr) {
     throw std::bad_alloc();
   }
-  return bytes <= small ? std::memset(memory, 0, bytes) : memory;
+  return BlockCache::mayKeep(bytes) ? std::memset(memory, 0, bytes) : memory;
 }
+
+// The value cell goes first, then the key.
+void freeEntry(lvrHashMap::HashEntry* entry) {
+  if (entry != nullptr) {
+    entry->~HashEntry();
+    BlockCache::give<FromNew>(entry, sizeof(lvrHashMap::HashEntry));
+  }
+}
+
+struct EntryFreer {
+  void operator()(lvrHashMap::HashEntry* entry) const { freeEntry(entry); }
+};
 
 lvrString const& stringIn(lvArg const& key) {
   return static_cast<lvrString const&>(*key.getReferencable());
@@ -130,6 +145,9 @@ struct lvrHashMap::EntryLinks {
 struct lvrHashMap::Extras {
   explicit Extras(std::uint64_t number) : removals(number) {}
 
+  // Of the block of so many heads.
+  static std::size_t bytesWith(std::size_t heads) { return bytesOfHeads(heads) + sizeof(Extras); }
+
   // Whether the index can tell where this key is.
   bool canFind(KeyKind kind) {
     return index.isReady() &&
@@ -150,7 +168,7 @@ lvrHashMap::HashEntry** lvrHashMap::allocateBuckets(std::uint32_t size) {
   if (std::size_t{size} > most) {
     throw std::bad_array_new_length();
   }
-  void* const memory = allocateZeros(bytesOfHeads(size) + sizeof(Extras));
+  void* const memory = allocateZeros(Extras::bytesWith(size));
   auto** const heads = static_cast<HashEntry**>(memory);
   std::uint64_t const number = blocksMade.fetch_add(1, std::memory_order_relaxed) + 1;
   new (&extrasBehind(heads, size)) Extras(number << BlockShift);
@@ -160,7 +178,7 @@ lvrHashMap::HashEntry** lvrHashMap::allocateBuckets(std::uint32_t size) {
 void lvrHashMap::freeBuckets() {
   if (buckets != nullptr) {
     extras().index.drop();
-    std::free(std::exchange(buckets, nullptr));
+    BlockCache::give<FromCalloc>(std::exchange(buckets, nullptr), Extras::bytesWith(hashSize));
   }
 }
 
@@ -338,7 +356,7 @@ int lvrHashMap::putCells(Cell&& key, Cell&& value, lvArg* old) {
   HashEntry* const entry = find(key, kind, hash, self);
   if (entry == nullptr) {
     if (!value.isNil()) {
-      std::unique_ptr<HashEntry> made(
+      std::unique_ptr<HashEntry, EntryFreer> made(
           takeEntry(std::forward<Cell>(key), std::forward<Cell>(value)));
       status = needStorage();  // The search, or a std::new_handler, may have lost it.
       if (status == 0) {
@@ -360,7 +378,8 @@ int lvrHashMap::putCells(Cell&& key, Cell&& value, lvArg* old) {
 template <class Cell>
 lvrHashMap::HashEntry* lvrHashMap::takeEntry(Cell&& key, Cell&& value) {
   if (spareEntry == nullptr) {
-    return new HashEntry(std::forward<Cell>(key), std::forward<Cell>(value));
+    void* const block = BlockCache::take<FromNew>(sizeof(HashEntry));
+    return ::new (block) HashEntry(std::forward<Cell>(key), std::forward<Cell>(value));
   }
   HashEntry* const entry = std::exchange(spareEntry, nullptr);
   entry->key = std::forward<Cell>(key);
@@ -405,7 +424,7 @@ void lvrHashMap::removeEntry(HashEntry* entry, unsigned int hash) {
     lvArg const key(std::move(entry->key));      // after the key.
     spareEntry = entry;
   } else {
-    delete entry;
+    freeEntry(entry);
   }
 }
 
@@ -428,7 +447,7 @@ int lvrHashMap::clear() {
   extras().index.drop();
   while (chain != nullptr) {
     HashEntry* const entry = std::exchange(chain, chain->next);
-    delete entry;  // The value cell first, then the key.
+    freeEntry(entry);
   }
   return 0;
 }
@@ -443,7 +462,7 @@ int lvrHashMap::freeStorage() {
     lvrHashMap::clear();
   }
   freeBuckets();
-  delete std::exchange(spareEntry, nullptr);
+  freeEntry(std::exchange(spareEntry, nullptr));
   return 0;
 }
 

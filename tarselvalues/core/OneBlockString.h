@@ -6,6 +6,7 @@
 #include <cstring>
 #include <new>
 
+#include "tarselvalues/core/BlockCache.h"
 #include "tarselvalues/core/ObjectLock.h"
 #include "tarselvalues/core/Tuning.h"
 #include "tarselvalues/core/lvReferencable.h"
@@ -42,7 +43,8 @@ inline lvString::StringEntry::StringEntry(char const* textBehind, std::size_t le
 // classes are compiled without sized deallocation. Throws std::bad_alloc.
 template <class String>
 String* lvrString::make(char const* bytes, std::size_t length) {
-  void* const block = ::operator new(sizeof(String) + length + 1);
+  void* const block =
+      tarselvalues::BlockCache::take<tarselvalues::FromNew>(sizeof(String) + length + 1);
   char* const text = static_cast<char*>(block) + sizeof(String);
   std::memcpy(text, bytes, length);
   text[length] = '\0';

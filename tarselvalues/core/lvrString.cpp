@@ -12,6 +12,7 @@
 #include <functional>
 
 #include "tarselvalues/core/Address.h"
+#include "tarselvalues/core/BlockCache.h"
 #include "tarselvalues/core/ClassCast.h"
 #include "tarselvalues/core/ClassKeys.h"
 
@@ -125,9 +126,14 @@ int lvrString::finalize() {
 }
 
 void lvrString::end() {
+  std::size_t const bytes = hasOwnBit(OneBlockBit) ? sizeof(lvrString) + length_ + 1 : 0;
   freeText();
   lvrString::~lvrString();
-  ::operator delete(this);
+  if (bytes != 0) {
+    tarselvalues::BlockCache::give<tarselvalues::FromNew>(this, bytes);
+  } else {
+    ::operator delete(this);
+  }
 }
 
 int lvrString::equiv(lvReferencable const& other) const {

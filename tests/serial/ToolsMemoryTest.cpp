@@ -17,6 +17,9 @@ namespace {
 
 constexpr std::size_t BufferSize = 4090;
 
+// The library is to ask for every block, and to give each back at once.
+[[maybe_unused]] int const forced = setenv("TARSELVALUES_FORCE_NEW", "1", 1);
+
 // The allocations since the last start(), and how the next ones fare.
 struct Memory {
   bool isWatched = false;

@@ -1,0 +1,129 @@
+// Keeps small blocks that a thread has freed for the next ones that it asks for. Not for users.
+//
+// Reading a text makes strings and entries by the thousand, and releasing what was read frees them:
+// each takes a few instructions here, and many times as long with malloc(). What is kept are single
+// blocks of a source, so any thread may give back what another has taken, and whoever does not know
+// the size of a block may free it where it came from. A thread keeps no more than MostBytes, about as
+// much as malloc() does for it; what is beyond that is freed, and all the rest when the thread ends.
+//
+// Where TARSELVALUES_FORCE_NEW is in the environment, nothing is kept, so that tools see every block
+// come and go. The same is so in a build with AddressSanitizer.
+//
+// Source:   `int index`, which tells the sources apart; `void* allocate(size_t)` and `void
+//           deallocate(void*)`.
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+#include <utility>
+
+#include "tarselvalues/core/Export.h"
+#include "tarselvalues/core/Tuning.h"
+
+namespace tarselvalues {
+
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool KeepsBlocks = false;
+#else
+constexpr bool KeepsBlocks = Tuned;
+#endif
+
+// Throws std::bad_alloc.
+struct FromNew {
+  static constexpr int index = 0;
+  static void* allocate(std::size_t bytes) { return ::operator new(bytes); }
+  static void deallocate(void* block) { ::operator delete(block); }
+};
+
+// Null without memory. No std::new_handler runs.
+struct FromCalloc {
+  static constexpr int index = 1;
+  static void* allocate(std::size_t bytes) { return std::calloc(1, bytes); }
+  static void deallocate(void* block) { std::free(block); }
+};
+
+class TARSELVALUES_INTERNAL BlockCache {
+ public:
+  static constexpr std::size_t MostBytes = 32768 * sizeof(void*);
+
+  // Whether a block of so many bytes may have been kept: it is not as its source makes it then.
+  static constexpr bool mayKeep(std::size_t bytes) { return KeepsBlocks && bytes <= Largest; }
+
+  // Returns a block of so many bytes, at least one; what is in it is anything.
+  template <class Source>
+  static void* take(std::size_t bytes);
+
+  // Gives back a block that take() returned for so many bytes.
+  template <class Source>
+  static void give(void* block, std::size_t bytes);
+
+ private:
+  struct Kept {
+    Kept* next;
+  };
+
+  // Blocks of up to so many bytes are kept, by sizes that are those of malloc(): multiples of two
+  // words, less the one that it needs for itself.
+  static constexpr std::size_t Largest = 216;
+  static constexpr std::size_t Word = sizeof(void*);
+  static constexpr std::size_t Unit = 2 * Word;
+  static constexpr std::size_t Sizes = (Largest + Word) / Unit + 1;
+  static constexpr int Sources = 2;
+
+  // Keeps nothing until it is certain that the end of the thread will be noticed, nor after it.
+  enum class State { New, Open, Closed };
+  class Ends;
+
+  static constexpr std::size_t sizeFor(std::size_t bytes) {
+    return (bytes + Word + Unit - 1) / Unit * Unit - Word;
+  }
+  template <class Source>
+  Kept*& firstOf(std::size_t size) {
+    return kept_[Source::index][size / Unit];
+  }
+  bool open();
+  void close();
+  template <class Source>
+  void freeAll();
+  static void closeAtEndOfThread(void* cache);
+
+  static thread_local BlockCache ofThread_;
+
+  Kept* kept_[Sources][Sizes] = {};
+  std::size_t room_ = 0;  // how many bytes may still be added
+  State state_ = State::New;
+};
+
+// Reached without a call, which might allocate.
+__attribute__((tls_model("initial-exec"))) inline thread_local BlockCache BlockCache::ofThread_;
+
+template <class Source>
+void* BlockCache::take(std::size_t bytes) {
+  if (!mayKeep(bytes)) {
+    return Source::allocate(bytes);
+  }
+  BlockCache& cache = ofThread_;
+  std::size_t const size = sizeFor(bytes);
+  Kept*& first = cache.firstOf<Source>(size);
+  if (first == nullptr) {
+    return Source::allocate(size);
+  }
+  cache.room_ += size;
+  return std::exchange(first, first->next);
+}
+
+template <class Source>
+void BlockCache::give(void* block, std::size_t bytes) {
+  BlockCache& cache = ofThread_;
+  std::size_t const size = sizeFor(bytes);
+  if (!mayKeep(bytes) || (cache.room_ < size && !cache.open())) {
+    Source::deallocate(block);
+    return;
+  }
+  cache.room_ -= size;
+  Kept*& first = cache.firstOf<Source>(size);
+  first = ::new (block) Kept{first};
+}
+
+}  // namespace tarselvalues
