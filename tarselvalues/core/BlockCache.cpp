@@ -13,6 +13,7 @@ namespace tarselvalues {
 class BlockCache::Ends {
  public:
   Ends()
+      // NOLINTNEXTLINE(concurrency-mt-unsafe): it only reads.
       : willTell_(std::getenv("TARSELVALUES_FORCE_NEW") == nullptr &&
                   pthread_key_create(&key_, closeAtEndOfThread) == 0) {}
 
