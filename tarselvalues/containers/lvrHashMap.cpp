@@ -89,6 +89,10 @@ KeyKind kindOf(lvArg const& key) {
 
 // As key.hashCode(), and tells the kind of the key that there is then.
 unsigned int hashOf(lvArg const& key, KeyKind& kind, tarselvalues::KeptWhileAsking& self) {
+  kind = KeyKind::Same;
+  if (key.getReferencable() == nullptr) {
+    return key.hashCode();
+  }
   kind = kindOf(key);
   if (kind == KeyKind::Text || kind == KeyKind::Borrowed) {
     return stringIn(key).lvrString::hashCode();
