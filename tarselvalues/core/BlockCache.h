@@ -23,8 +23,10 @@
 
 namespace tarselvalues {
 
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__)
 constexpr bool KeepsBlocks = false;
+#elif defined(__clang__)
+constexpr bool KeepsBlocks = Tuned && !__has_feature(address_sanitizer);
 #else
 constexpr bool KeepsBlocks = Tuned;
 #endif
