@@ -96,11 +96,15 @@ __attribute__((visibility("default"))) void free(void* block) {
 }
 // NOLINTEND(bugprone-reserved-identifier,readability-inconsistent-declaration-parameter-name)
 
+// Every block is to be seen, those too that the library would keep.
+extern "C" {
+[[gnu::visibility("default"), gnu::used]] extern char const tarselvaluesKeepsNoBlocks = 1;
+}
+
 int main(int argc, char** argv) {
   if (argc != 2) {
     return 2;
   }
-  setenv("TARSELVALUES_FORCE_NEW", "1", 1);  // Every block is to be seen, those too that are kept.
   std::puts("#include \"bench/BlocksOfReading.h\"\n\nnamespace bench {\n\nnamespace {\n");
   std::size_t const count = bench::documents().size();
   for (std::size_t i = 0; i < count; ++i) {

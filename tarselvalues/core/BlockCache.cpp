@@ -5,6 +5,9 @@
 #include <cstdlib>
 #include <utility>
 
+// Null unless the program defines it.
+extern "C" [[gnu::weak, gnu::visibility("default")]] char const tarselvaluesKeepsNoBlocks;
+
 namespace tarselvalues {
 
 // Tells when a thread ends, if blocks are to be kept at all. With a key, and not with a thread_local
@@ -13,8 +16,7 @@ namespace tarselvalues {
 class BlockCache::Ends {
  public:
   Ends()
-      // NOLINTNEXTLINE(concurrency-mt-unsafe): it only reads.
-      : willTell_(std::getenv("TARSELVALUES_FORCE_NEW") == nullptr &&
+      : willTell_(&tarselvaluesKeepsNoBlocks == nullptr &&
                   pthread_key_create(&key_, closeAtEndOfThread) == 0) {}
 
   bool note(BlockCache& cache) const { return willTell_ && pthread_setspecific(key_, &cache) == 0; }

@@ -6,8 +6,8 @@
 // the size of a block may free it where it came from. A thread keeps no more than MostBytes, about as
 // much as malloc() does for it; what is beyond that is freed, and all the rest when the thread ends.
 //
-// Where TARSELVALUES_FORCE_NEW is in the environment, nothing is kept, so that tools see every block
-// come and go. The same is so in a build with AddressSanitizer.
+// A program that defines `extern "C" char const tarselvaluesKeepsNoBlocks`, visible to the library, has
+// nothing kept, so that tools see every block come and go. The same is so with AddressSanitizer.
 //
 // Source:   `int index`, which tells the sources apart; `void* allocate(size_t)` and `void
 //           deallocate(void*)`.
@@ -47,7 +47,7 @@ struct FromCalloc {
 
 class TARSELVALUES_INTERNAL BlockCache {
  public:
-  static constexpr std::size_t MostBytes = 32768 * sizeof(void*);
+  static constexpr std::size_t MostBytes = 16384 * sizeof(void*);
 
   // Whether a block of so many bytes may have been kept: it is not as its source makes it then.
   static constexpr bool mayKeep(std::size_t bytes) { return KeepsBlocks && bytes <= Largest; }

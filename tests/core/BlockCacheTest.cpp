@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 #include <pthread.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <cstddef>
@@ -86,21 +84,6 @@ void giveBlocks(std::vector<void*> const& blocks, std::size_t bytes) {
   for (void* const block : blocks) {
     BlockCache::give<FromNew>(block, bytes);
   }
-}
-
-// The first test of the program: what is in the environment is asked for once.
-TEST(BlockCacheInAChild, KeepsNothingWhereTheEnvironmentSaysSo) {
-  pid_t const child = fork();
-  if (child == 0) {
-    setenv("TARSELVALUES_FORCE_NEW", "1", 1);
-    Counts const counts = countsOf([] { giveBlocks(takeBlocks(1, Small), Small); });
-    // Both have the array of blocks, too.
-    _exit(counts.made == 2 && counts.freed == 2 ? EXIT_SUCCESS : EXIT_FAILURE);
-  }
-  int status = -1;
-  EXPECT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), EXIT_SUCCESS);
 }
 
 class KeptBlocks : public ::testing::Test {

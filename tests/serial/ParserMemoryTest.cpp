@@ -10,14 +10,12 @@
 #include <ostream>
 #include <string>
 
+#include "support/EveryBlock.h"
 #include "support/SinkRuns.h"
 #include "support/TextReading.h"
 #include "support/ValueTrees.h"
 
 namespace {
-
-// The library is to ask for every block, and to give each back at once.
-[[maybe_unused]] int const forced = setenv("TARSELVALUES_FORCE_NEW", "1", 1);
 
 // The allocations since the last start(), and how the next ones fare.
 struct Memory {

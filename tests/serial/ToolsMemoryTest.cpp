@@ -8,6 +8,7 @@
 #include <new>
 #include <string>
 
+#include "support/EveryBlock.h"
 #include "support/FieldObjects.h"
 #include "support/SourceRuns.h"
 #include "support/ValueTrees.h"
@@ -16,9 +17,6 @@
 namespace {
 
 constexpr std::size_t BufferSize = 4090;
-
-// The library is to ask for every block, and to give each back at once.
-[[maybe_unused]] int const forced = setenv("TARSELVALUES_FORCE_NEW", "1", 1);
 
 // The allocations since the last start(), and how the next ones fare.
 struct Memory {

@@ -3,10 +3,9 @@
 #include <cstdlib>
 #include <new>
 
-namespace {
+#include "support/EveryBlock.h"
 
-// The library is to ask for every block, and to give each back at once.
-[[maybe_unused]] int const forced = setenv("TARSELVALUES_FORCE_NEW", "1", 1);
+namespace {
 
 void* countedNew(std::size_t size) {
   test::Allocations& counts = test::Allocations::instance();

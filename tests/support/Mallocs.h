@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "support/EveryBlock.h"
+
 // The names are the linker's.
 // NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
@@ -47,9 +49,6 @@ struct Mallocs {
 };
 
 inline Mallocs const mallocsOfTheProgram;
-
-// The library is to ask for every block, and to give each back at once.
-inline int const forced = setenv("TARSELVALUES_FORCE_NEW", "1", 1);
 
 // Has the calls fail, after so many, until it is left.
 class OutOfMemory {
