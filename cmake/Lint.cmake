@@ -1,5 +1,5 @@
-# Target `tidy`: clang-tidy over every source file of our own targets. Each file that passed leaves a
-# stamp, so that only what changed is looked at again. Without clang-tidy there is no such target.
+# Target `tidy`: clang-tidy over every source file of our own targets. Each file that passed leaves
+# a stamp, so that only what changed is looked at again. Without clang-tidy there is no such target.
 
 find_program(CLANG_TIDY_PROGRAM clang-tidy)
 if(NOT CLANG_TIDY_PROGRAM)

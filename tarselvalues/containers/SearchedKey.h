@@ -33,9 +33,9 @@ inline int orderOfText(lvArg const& own, char const* text, lvArg const& cell) {
 
 // A key, and how it is compared with the cells of a container.
 //
-// Comparing an integer, or a string of the library's own, runs no function of the program, so nothing
-// changes meanwhile. Where comparing the key may run one, the container is kept alive for as long as
-// this object is there.
+// Comparing an integer, or a string of the library's own, runs no function of the program, so
+// nothing changes meanwhile. Where comparing the key may run one, the container is kept alive for
+// as long as this object is there.
 class TARSELVALUES_INTERNAL SearchedKey {
  public:
   enum class Way { Integer, Text, Any };

@@ -32,11 +32,11 @@ constexpr std::uint32_t RemovedMark = 1;
 constexpr std::uint32_t DisplacedMark = 2;
 constexpr std::uint32_t OnePin = 4;
 
-// Places: a cursor changes the list at its index, where its node is no more once others have changed
-// the list. To find the node at the index without a walk, a list counts its changes, and a cursor that
-// was seen to stand where its index says has noted their number down. Before that number comes round
-// again, and when the list is cleared, nodes with pins are marked as displaced: who stands there takes
-// the walk.
+// Places: a cursor changes the list at its index, where its node is no more once others have
+// changed the list. To find the node at the index without a walk, a list counts its changes, and a
+// cursor that was seen to stand where its index says has noted their number down. Before that
+// number comes round again, and when the list is cleared, nodes with pins are marked as displaced:
+// who stands there takes the walk.
 
 bool isRemoved(Node const& node) { return (node.value.getBookkeeping() & RemovedMark) != 0; }
 
@@ -69,7 +69,8 @@ void placeOnlyCursor(Node& node) {
   }
 }
 
-// Whether all that happens to a list is what this class does: no function of the program replaces it.
+// Whether all that happens to a list is what this class does: no function of the program replaces
+// it.
 bool isOwn(lvrDLList const& list) {
   return tarselvalues::Tuned && tarselvalues::isExactly<lvrDLList>(list);
 }
@@ -382,8 +383,8 @@ bool lvrDLList::IteratorLogic::gotoPrevious() {
 
 bool lvrDLList::IteratorLogic::gotoMatching(lviRealListEnumerator::Predicate* pred, void* ctx,
                                             bool backward) {
-  // `pred` may add an element each time, or move the cursor back. From a negative gotoIndex() on the
-  // way leads over the list up to twice.
+  // `pred` may add an element each time, or move the cursor back. From a negative gotoIndex() on
+  // the way leads over the list up to twice.
   std::int64_t left = std::max(LeastToShow, 2 * std::int64_t{list->count});
   for (; (backward ? gotoPrevious() : gotoNext()) && left > 0; --left) {
     if (pred(getValue(), ctx)) {
@@ -430,8 +431,8 @@ bool lvrDLList::IteratorLogic::remove() {
   return !removed.isNil();
 }
 
-// The same where the list's own remove(index) is the one of this class. Requires an index that is not
-// negative, and a node.
+// The same where the list's own remove(index) is the one of this class. Requires an index that is
+// not negative, and a node.
 bool lvrDLList::IteratorLogic::removeFromOwn() {
   Node* const gone = nodeAtIndex();
   if (gone == nullptr) {

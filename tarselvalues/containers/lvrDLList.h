@@ -15,9 +15,9 @@
 // Errors:    out of memory is std::bad_alloc and leaves the list as it was.
 // Cursors:   a cursor whose element is taken away stands on the element that has its position when
 //            the cursor is next used, or after the last one. It never reads a freed node.
-// Cost:      a cursor inserts and removes in constant time. Once others have changed the list it walks
-//            to its index for that, until it stands where that says again; so does the cursor of a
-//            list of a derived class.
+// Cost:      a cursor inserts and removes in constant time. Once others have changed the list it
+//            walks to its index for that, until it stands where that says again; so does the cursor
+//            of a list of a derived class.
 // Callbacks: elements that are released, predicates, and the cursor of a list that is merged may
 //            change the list, or drop its last reference. However many elements a predicate adds,
 //            gotoNextMatching() and gotoPreviousMatching() end when they have shown it 65,536, or

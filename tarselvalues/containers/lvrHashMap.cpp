@@ -102,7 +102,8 @@ unsigned int hashOf(lvArg const& key, KeyKind& kind, tarselvalues::KeptWhileAski
   return hash;
 }
 
-// Equal texts have equal hashes of their own, too; when they are compared they end at the first NUL.
+// Equal texts have equal hashes of their own, too; when they are compared they end at the first
+// NUL.
 std::uint32_t textHash(lvrString const& string, std::uint32_t seed) {
   auto const most = static_cast<std::size_t>(string.getLength());
   std::uint32_t const own = string.lvrString::hashCode();

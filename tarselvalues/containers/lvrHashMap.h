@@ -5,8 +5,8 @@
 // much as making one, an index beside the chains finds keys in constant time; it leaves the chains
 // and their order alone, and takes about 30 bytes for each entry on 32-bit targets. Whoever expects
 // many keys saves that with a larger size, or setHashSize() before the first put(). The buckets are
-// allocated by the first put(). One retired entry is kept, so that removing and adding in turn allocates
-// nothing.
+// allocated by the first put(). One retired entry is kept, so that removing and adding in turn
+// allocates nothing.
 //
 // Order:     bucket 0 upward, each chain from its head. Deliberate: new entries go to the tail and
 //            to the head of their chain in turn, counted over all maps of the process, so the order
@@ -24,8 +24,8 @@
 //            more entries than the map had when it began, and ends when that entry goes: it may
 //            miss a key, and put() may then add that once more. Whatever a key throws leaves the
 //            map as it was.
-// Cost:      O(1) for keys with an identity or a text of their own. Where string keys borrow their text,
-//            or are of a class of the program's, searches for strings walk their chain.
+// Cost:      O(1) for keys with an identity or a text of their own. Where string keys borrow their
+//            text, or are of a class of the program's, searches for strings walk their chain.
 // Life:      finalize() frees everything; the destructor itself frees nothing.
 // Layout:    on 32-bit ARM: count 40, hashSize 44, buckets 48, spareEntry 52, hashSum 56, size 60.
 #pragma once

@@ -55,8 +55,8 @@ lvString const& lvrSortedArrayList::getStaticClassDesc() {
 
 lvString const& lvrSortedArrayList::getClassDesc() const { return getStaticClassDesc(); }
 
-// Keeps a list and another one alive while their elements are compared, and released. Where both are
-// the library's own, only from the first element on that may run a function of the program.
+// Keeps a list and another one alive while their elements are compared, and released. Where both
+// are the library's own, only from the first element on that may run a function of the program.
 class lvrSortedArrayList::KeptLists {
  public:
   KeptLists(lviSortedList const& list, lviSortedList const& other)

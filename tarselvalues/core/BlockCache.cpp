@@ -10,9 +10,9 @@ extern "C" [[gnu::weak, gnu::visibility("default")]] char const tarselvaluesKeep
 
 namespace tarselvalues {
 
-// Tells when a thread ends, if blocks are to be kept at all. With a key, and not with a thread_local
-// object: what that needs is allocated by its first use, which ends the process where there is no
-// memory.
+// Tells when a thread ends, if blocks are to be kept at all. With a key, and not with a
+// thread_local object: what that needs is allocated by its first use, which ends the process where
+// there is no memory.
 class BlockCache::Ends {
  public:
   Ends()

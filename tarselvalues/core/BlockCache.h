@@ -3,11 +3,13 @@
 // Reading a text makes strings and entries by the thousand, and releasing what was read frees them:
 // each takes a few instructions here, and many times as long with malloc(). What is kept are single
 // blocks of a source, so any thread may give back what another has taken, and whoever does not know
-// the size of a block may free it where it came from. A thread keeps no more than MostBytes, about as
-// much as malloc() does for it; what is beyond that is freed, and all the rest when the thread ends.
+// the size of a block may free it where it came from. A thread keeps no more than MostBytes, about
+// as much as malloc() does for it; what is beyond that is freed, and all the rest when the thread
+// ends.
 //
-// A program that defines `extern "C" char const tarselvaluesKeepsNoBlocks`, visible to the library, has
-// nothing kept, so that tools see every block come and go. The same is so with AddressSanitizer.
+// A program that defines `extern "C" char const tarselvaluesKeepsNoBlocks`, visible to the library,
+// has nothing kept, so that tools see every block come and go. The same is so with
+// AddressSanitizer.
 //
 // Source:   `int index`, which tells the sources apart; `void* allocate(size_t)` and `void
 //           deallocate(void*)`.

@@ -73,7 +73,8 @@ class ChainIndex {
   ChainIndex(ChainIndex const&) = delete;
   ChainIndex& operator=(ChainIndex const&) = delete;
 
-  // Frees the index. A destructor does not: an index may be needed for as long as the process lives.
+  // Frees the index. A destructor does not: an index may be needed for as long as the process
+  // lives.
   void drop() {
     if (built_ != nullptr) {
       std::free(built_->slots);

@@ -24,8 +24,8 @@ void beginAsChild() {
 
 [[maybe_unused]] int const registered = pthread_atfork(nullptr, nullptr, beginAsChild);
 
-// The thread that holds a mutex; 0 if it is free, or about to be taken or freed. glibc notes it down
-// for recursive mutexes, and asks for nothing else to tell it.
+// The thread that holds a mutex; 0 if it is free, or about to be taken or freed. glibc notes it
+// down for recursive mutexes, and asks for nothing else to tell it.
 int holderOf(pthread_mutex_t const& mutex) {
   return __atomic_load_n(&mutex.__data.__owner, __ATOMIC_RELAXED);
 }

@@ -25,9 +25,9 @@ TARSELVALUES_INTERNAL void dropReference(lvReferencable const& object);
 // strings run none.
 TARSELVALUES_INTERNAL bool mayRunProgram(lvReferencable const& object);
 
-// Takes a reference to an object that somebody holds, and drops it at its end: for what goes on after
-// a function of the program has run, which may have dropped the last other reference. An object that
-// nobody holds, or that is at its end, is left alone.
+// Takes a reference to an object that somebody holds, and drops it at its end: for what goes on
+// after a function of the program has run, which may have dropped the last other reference. An
+// object that nobody holds, or that is at its end, is left alone.
 class TARSELVALUES_INTERNAL KeptAlive {
  public:
   // Does nothing, and locks nothing, where it is not needed.
@@ -50,9 +50,9 @@ class TARSELVALUES_INTERNAL KeptAlive {
   lvReferencable const* object;
 };
 
-// Keeps a container alive while it compares, hashes or releases cells, from the first one on that may
-// run a function of the program. Most never do: then no lock is taken; nor is one where it is not
-// needed, because the container is kept alive already.
+// Keeps a container alive while it compares, hashes or releases cells, from the first one on that
+// may run a function of the program. Most never do: then no lock is taken; nor is one where it is
+// not needed, because the container is kept alive already.
 class TARSELVALUES_INTERNAL KeptWhileAsking {
  public:
   explicit KeptWhileAsking(lvReferencable const& asking, bool isNeeded = true)

@@ -2,9 +2,9 @@
 //
 // Built with TARSELVALUES_PLAIN, the library locks for each count, walks each chain, asks malloc()
 // for each text, keeps no block for the next, and reads, writes and compares all values through the
-// general functions. Its answers are the same. What has no plain counterpart stays: results that are moved, cells that are
-// shifted without being counted, containers that are kept alive only where a function of the program
-// may run, mutexes that are initialised statically.
+// general functions. Its answers are the same. What has no plain counterpart stays: results that
+// are moved, cells that are shifted without being counted, containers that are kept alive only
+// where a function of the program may run, mutexes that are initialised statically.
 #pragma once
 
 namespace tarselvalues {

@@ -117,8 +117,8 @@ class TARSELVALUES_API lvReferencable {
     }
   }
 
-  // A number that is the derived class's own, 0 at first, in the bytes that the type byte leaves free.
-  // One thread at a time.
+  // A number that is the derived class's own, 0 at first, in the bytes that the type byte leaves
+  // free. One thread at a time.
   std::uint16_t getOwnNumber() const { return ownNumber_; }
   void setOwnNumber(std::uint16_t number) { ownNumber_ = number; }
 

@@ -50,8 +50,8 @@ int indexIn(char const* text, char const* found) {
 std::atomic<lvString::HashTable*> lvString::hashTable_{nullptr};
 char const lvString::emptyStringPointer_[] = "";
 
-// Holds the table's lock. What runs when memory is short, std::new_handler, may drop interned strings
-// while this thread holds it already: then the one that holds it keeps it.
+// Holds the table's lock. What runs when memory is short, std::new_handler, may drop interned
+// strings while this thread holds it already: then the one that holds it keeps it.
 class lvString::TableGuard {
  public:
   TableGuard()
@@ -71,8 +71,8 @@ class lvString::TableGuard {
 
 // ---- The table ---------------------------------------------------------------------------------
 
-// Around fork(): the child must not find the table locked, or waited for, by threads that it does not
-// have. There the lock is made anew.
+// Around fork(): the child must not find the table locked, or waited for, by threads that it does
+// not have. There the lock is made anew.
 class lvString::HashTable::Forks {
  public:
   // Where the table is made.
@@ -177,7 +177,8 @@ class TARSELVALUES_INTERNAL lvString::Chains {
   }
 
  private:
-  // Returns the link that leads to the entry with these bytes, or the null link that ends its chain.
+  // Returns the link that leads to the entry with these bytes, or the null link that ends its
+  // chain.
   static StringEntry** find(char const* text, int length, unsigned int hash) {
     HashTable& table = *getHashTable();
     std::uint32_t const chain = hash % table.bucketCount_;

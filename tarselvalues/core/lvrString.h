@@ -157,7 +157,8 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   // copying it. Leaks an owned old text, as the setters ending in Fast do.
   TARSELVALUES_INTERNAL void adoptBufferFast(char* buffer, std::size_t length);
 
-  // Ends a string of exactly this class whose last reference has gone, as finalize() and `delete` do.
+  // Ends a string of exactly this class whose last reference has gone, as finalize() and `delete`
+  // do.
   TARSELVALUES_INTERNAL void end();
 
  protected:

@@ -1,12 +1,12 @@
 // Finds what belongs to an interned name by the address of the name's string. Not for users.
 //
 // Interned strings with equal texts are one object, so no texts need be compared. The index stands
-// beside a map of the same names, and holds no references: the map does. A name that is not found here
-// must be looked for there.
+// beside a map of the same names, and holds no references: the map does. A name that is not found
+// here must be looked for there.
 //
 // All that holds for as long as texts stay as they are. So nothing is found here any more once an
-// interned text has been set anew (lvrString::getEntryTextChanges()), or when the map gets a name that
-// is not interned.
+// interned text has been set anew (lvrString::getEntryTextChanges()), or when the map gets a name
+// that is not interned.
 #pragma once
 
 #include <cstddef>

@@ -9,8 +9,8 @@
 // Threads:   getInstance() any thread. putClass() before other threads use the registry; getClass()
 //            any number of threads afterwards.
 // Errors:    out of memory is std::bad_alloc; the next getInstance() goes on where one failed.
-// Cost:      an interned name is found in a few steps, any other by bisection, as are all beyond the
-//            first 120 names.
+// Cost:      an interned name is found in a few steps, any other by bisection, as are all beyond
+//            the first 120 names.
 // Example:   examples/objects.cpp
 // Layout:    on 32-bit ARM: classes 4, size 12.
 #pragma once

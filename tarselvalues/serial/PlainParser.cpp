@@ -107,8 +107,8 @@ inline char const* PlainParser::skipBlanks(char const* at) const {
   return at;
 }
 
-// Reads an item into a nil cell. In line wherever there are items, since most are words, strings and
-// numbers.
+// Reads an item into a nil cell. In line wherever there are items, since most are words, strings
+// and numbers.
 inline char const* PlainParser::readValue(char const* at, lvArg& out) {
   if (isOfClass(*at, Letter | Underscore)) {
     return readWord(at, out);

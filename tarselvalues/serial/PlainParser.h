@@ -1,10 +1,10 @@
-// Reads values from a text at once: words, numbers, quoted strings, nil, maps and vectors as the text
-// writer writes them. Not for users.
+// Reads values from a text at once: words, numbers, quoted strings, nil, maps and vectors as the
+// text writer writes them. Not for users.
 //
-// The values, and where the parser stands, are those that reading item by item would leave; the code
-// of the last token, which nothing reads, is not kept. Whatever is not so plain stops it, at any depth:
-// the parser then stands before that, and whoever asked goes on with the frames that have begun. No
-// function of the program runs meanwhile.
+// The values, and where the parser stands, are those that reading item by item would leave; the
+// code of the last token, which nothing reads, is not kept. Whatever is not so plain stops it, at
+// any depth: the parser then stands before that, and whoever asked goes on with the frames that
+// have begun. No function of the program runs meanwhile.
 #pragma once
 
 #include <utility>
@@ -83,8 +83,8 @@ class TARSELVALUES_INTERNAL PlainParser {
   State state = lvtStringArgSource::Item;
   int depth = 0;
   lvArg className;  // of the object that has stopped it
-  // The last word, number or string: where it begins, and its object if that is held by what is being
-  // read. The source is given it in the end.
+  // The last word, number or string: where it begins, and its object if that is held by what is
+  // being read. The source is given it in the end.
   char const* token = nullptr;
   lvReferencable const* tokenObject = nullptr;
 };

@@ -12,8 +12,8 @@ namespace tarselvalues {
 // "-2147483648"
 constexpr int MostDecimalDigits = 11;
 
-// What outputQuotedString() of the writer does. Of the text, `readable` bytes are known to be there,
-// whatever they are: these are read a ByteWord at a time.
+// What outputQuotedString() of the writer does. Of the text, `readable` bytes are known to be
+// there, whatever they are: these are read a ByteWord at a time.
 TARSELVALUES_INTERNAL int writeEscaped(char** cursor, int* room, char const* text, int most,
                                        int readable);
 

@@ -118,7 +118,8 @@ constexpr bool areVerbatim(ByteWord bytes) {
   return (below & ~bytes & HighBits) == 0;
 }
 
-// Returns the first byte that ends a quoted string or begins an escape in it; `end` if there is none.
+// Returns the first byte that ends a quoted string or begins an escape in it; `end` if there is
+// none.
 inline char const* findSpecial(char const* at, char const* end) {
   while (end - at >= ByteWordSize && areVerbatim(loadBytes(at))) {
     at += ByteWordSize;

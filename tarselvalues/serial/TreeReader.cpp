@@ -177,8 +177,8 @@ int TreeReader::beginObject(lvArg const& className) {
 }
 
 // The registered class of this name; null if there is none. Objects of one class come together, and
-// what is registered stays: the last answer serves as long as the names are alike. The names are the
-// parser's own then, which nobody sets anew.
+// what is registered stays: the last answer serves as long as the names are alike. The names are
+// the parser's own then, which nobody sets anew.
 lvrClass const* TreeReader::classNamed(lvArg const& name) {
   bool const isOwn = atOnce.has_value() && name.getType() == lvArg::StringType && isPlain(name);
   if (isOwn && lastClass != nullptr && name.equiv(lastName) != 0) {
@@ -246,8 +246,8 @@ void TreeReader::readNext() {
   }
 }
 
-// Reads as much of the innermost frame as can be read at once; false if what comes next is to be read
-// item by item. Frames inside of it may have begun then.
+// Reads as much of the innermost frame as can be read at once; false if what comes next is to be
+// read item by item. Frames inside of it may have begun then.
 bool TreeReader::readAtOnce() {
   if (!atOnce.has_value()) {
     return false;

@@ -1,7 +1,7 @@
 // Reads one value, with all that it holds, from a source. Not for users: lvrCommonSerializer is.
 //
-// What has begun is kept in an array on the heap: the native stack does not grow with the depth of the
-// text by more than the levels that PlainParser reads at once.
+// What has begun is kept in an array on the heap: the native stack does not grow with the depth of
+// the text by more than the levels that PlainParser reads at once.
 #pragma once
 
 #include <optional>

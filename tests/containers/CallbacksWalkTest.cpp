@@ -1,7 +1,7 @@
 // Random walks of containers whose elements act: when one is compared, hashed or released, it may
 // change the very container, in the middle of what that does, or let it go. Nobody can foresee what
-// such a container holds; but whenever it is at rest, its parts agree with each other, and nothing is
-// lost.
+// such a container holds; but whenever it is at rest, its parts agree with each other, and nothing
+// is lost.
 
 #include <gtest/gtest.h>
 

@@ -53,8 +53,8 @@ TEST_P(ContainersOfThreads, AreIndependentThoughMapsTakeTurnsTogether) {
   EXPECT_EQ(countOf(shared), 1 + threads() * Rounds);
 }
 
-// A map with texts for keys finds them by an index, which goes whenever any such text changes, be it
-// a key of another map.
+// A map with texts for keys finds them by an index, which goes whenever any such text changes, be
+// it a key of another map.
 TEST_P(ContainersOfThreads, FindTheirKeysWhileOtherThreadsSetKeysAnew) {
   std::vector<lvArg> keys;
   for (int i = 0; i < Rounds; ++i) {

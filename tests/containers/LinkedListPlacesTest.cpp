@@ -138,8 +138,8 @@ TEST_F(LinkedListPlaces, StayWhereTheyAreWhenManyAreInsertedBeforeOneElement) {
   expectElements("1 2 3 4 5 ");
 }
 
-// While the list is cleared, what its first element does decides how often it has been changed when a
-// cursor comes to act that sleeps on an element behind.
+// While the list is cleared, what its first element does decides how often it has been changed when
+// a cursor comes to act that sleeps on an element behind.
 TEST(LinkedListPlacesInClear, AreThoseOfTheNewElements) {
   for (int changes = Round - 8; changes <= Round + 8; changes += 2) {
     LinkedList const list;

@@ -1,5 +1,5 @@
-// What lets go of a container of exactly the library's own class while that compares or releases it:
-// the container lives until it is done.
+// What lets go of a container of exactly the library's own class while that compares or releases
+// it: the container lives until it is done.
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Containers of many elements, and sizes at the ends of their types.
 //
-// The program is linked with --wrap for malloc, calloc and realloc: a block that no test is meant to
-// get is refused, and the sizes that were asked for are kept.
+// The program is linked with --wrap for malloc, calloc and realloc: a block that no test is meant
+// to get is refused, and the sizes that were asked for are kept.
 
 #include <gtest/gtest.h>
 

@@ -437,8 +437,8 @@ TEST_P(StringTableThreads, WalkAtRandomOverTheTextsOfOneChain) {
   EXPECT_EQ(wrong, 0) << "seeds from 31 on";
 }
 
-// So many that the table finds them by its index, which grows meanwhile; it goes whenever an entry is
-// set anew, and comes back.
+// So many that the table finds them by its index, which grows meanwhile; it goes whenever an entry
+// is set anew, and comes back.
 TEST_P(StringTableThreads, FindAndLetGoManyTextsOfOneChainWhileEntriesAreSetAnew) {
   std::vector<std::string> const many = textsOfOneChain(400);
   std::atomic<int> wrong{0};
@@ -465,8 +465,8 @@ TEST_P(StringTableThreads, FindAndLetGoManyTextsOfOneChainWhileEntriesAreSetAnew
   EXPECT_TRUE(chainOf(many[0]).empty());
 }
 
-// Each thread starts with another text, makes what is not there yet and finds the rest; then all let
-// go together. The index is built and grows meanwhile, goes in mid-course and comes back.
+// Each thread starts with another text, makes what is not there yet and finds the rest; then all
+// let go together. The index is built and grows meanwhile, goes in mid-course and comes back.
 TEST_P(StringTableThreads, MakeEachOfManyTextsOfOneHashOnceWhileTheIndexGrowsAndGoes) {
   std::vector<std::string> const many = textsOfOneHash(400);
   std::vector<std::atomic<lvReferencable const*>> entries(many.size());

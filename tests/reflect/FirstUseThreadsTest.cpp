@@ -1,5 +1,5 @@
-// The first use of the string table, the class keys and the registry, by several threads at once, in
-// many processes: before the library's own initialisers have run.
+// The first use of the string table, the class keys and the registry, by several threads at once,
+// in many processes: before the library's own initialisers have run.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

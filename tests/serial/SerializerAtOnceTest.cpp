@@ -1,5 +1,5 @@
-// The text that the library's own writer gets at once, beside that which the same writer gets call by
-// call when it is of a class of the program's.
+// The text that the library's own writer gets at once, beside that which the same writer gets call
+// by call when it is of a class of the program's.
 
 #include <gtest/gtest.h>
 

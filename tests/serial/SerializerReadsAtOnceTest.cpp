@@ -1,5 +1,5 @@
-// What is read from the library's own parser at once, beside what the same parser yields item by item
-// when it is of a class of the program's.
+// What is read from the library's own parser at once, beside what the same parser yields item by
+// item when it is of a class of the program's.
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-# Fails when LIBRARY exports an operation that no *OutOfMemoryTest.cpp below TESTS names in a call of
-# exhaust(), or when a header below HEADERS declares a class of which none is named there. What
+# Fails when LIBRARY exports an operation that no *OutOfMemoryTest.cpp below TESTS names in a call
+# of exhaust(), or when a header below HEADERS declares a class of which none is named there. What
 # headers declare as private is no operation. NM is the target's nm.
 cmake_minimum_required(VERSION 3.25)
 

@@ -1,5 +1,6 @@
-# Fails unless COMMAND, a compiler with its arguments, takes SOURCE as it is, and refuses each of its
-# misuses, MISUSE 1 and so on, with the message for it in MESSAGES, a list of regular expressions.
+# Fails unless COMMAND, a compiler with its arguments, takes SOURCE as it is, and refuses each of
+# its misuses, MISUSE 1 and so on, with the message for it in MESSAGES, a list of regular
+# expressions.
 cmake_minimum_required(VERSION 3.25)
 
 function(compile misuse)

@@ -93,7 +93,8 @@ inline Entry const* entryOf(lvArg const& handle) {
   return static_cast<Entry const*>(handle.getReferencable());
 }
 
-// A text of the same hash for each number below 90000: no byte of it counts where the number stands.
+// A text of the same hash for each number below 90000: no byte of it counts where the number
+// stands.
 inline std::string textOfOneHash(int number) {
   return "Text " + std::to_string(10000 + number) + " of one hash, by its end";
 }

@@ -32,7 +32,8 @@ class Choices {
   virtual std::uint32_t numberBelow(std::uint32_t limit) = 0;
 };
 
-// The same numbers for the same seed on every target, unlike those of std::uniform_int_distribution.
+// The same numbers for the same seed on every target, unlike those of
+// std::uniform_int_distribution.
 class SeededChoices : public Choices {
  public:
   explicit SeededChoices(unsigned seed) : engine_(seed) {}

@@ -139,7 +139,8 @@ class HashMapWalk {
     }
   }
 
-  // What cursors yield while the map changes is open, but it must be an entry of the map or nothing.
+  // What cursors yield while the map changes is open, but it must be an entry of the map or
+  // nothing.
   void useACursor() {
     std::unique_ptr<lviRealMapEnumerator>& cursor = cursors[choices.below(cursors.size())];
     if (cursor == nullptr || choices.oneIn(20)) {

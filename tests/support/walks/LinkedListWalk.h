@@ -1,5 +1,5 @@
-// A walk of a linked list and its cursors beside a slow model, which numbers the elements and looks up
-// where each of them is.
+// A walk of a linked list and its cursors beside a slow model, which numbers the elements and looks
+// up where each of them is.
 #pragma once
 
 #include <gtest/gtest.h>
