@@ -199,9 +199,10 @@ TEST_F(DeserializeObject, LetsPassWhatTheEndOfADefaultThrows) {
    public:
     int finalize() override { throw std::runtime_error("end"); }
   };
+  static Throwing* throwing = nullptr;
   class Filled : public test::Point {
    public:
-    Filled() { x = *new Throwing; }
+    Filled() { x = *(throwing = new Throwing); }
     static lvReferencable* make() { return new Filled; }
   };
   lvClass const filled = test::likePoint(string("Filled"), &Filled::make);
@@ -210,6 +211,7 @@ TEST_F(DeserializeObject, LetsPassWhatTheEndOfADefaultThrows) {
   lvArg out;
   EXPECT_THROW(test::HeldSerializer()->deserializeItemInto(out, parser), std::runtime_error);
   EXPECT_TRUE(out.isNil());
+  delete throwing;  // It has not come to its end.
 }
 
 TEST_F(DeserializeObject, ReplacesWhatTheOutputHeld) {
