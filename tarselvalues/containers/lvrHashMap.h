@@ -215,7 +215,7 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
 
   std::int32_t count;
   std::uint32_t hashSize;
-  HashEntry** buckets;    // null until the first put(); see removalsBehind()
+  HashEntry** buckets;    // null until the first put(); see extrasBehind()
   HashEntry* spareEntry;  // a retired entry for the next put(), or null
   std::uint32_t hashSum;
 };

@@ -10,35 +10,45 @@ extern "C" [[gnu::weak, gnu::visibility("default")]] char const tarselvaluesKeep
 
 namespace tarselvalues {
 
-// Tells when a thread ends, if blocks are to be kept at all. With a key, and not with a
-// thread_local object: what that needs is allocated by its first use, which ends the process where
-// there is no memory.
-class BlockCache::Ends {
- public:
-  Ends()
-      : willTell_(&tarselvaluesKeepsNoBlocks == nullptr &&
-                  pthread_key_create(&key_, closeAtEndOfThread) == 0) {}
+namespace {
 
-  bool note(BlockCache& cache) const { return willTell_ && pthread_setspecific(key_, &cache) == 0; }
+// Tells when a thread ends, if blocks are to be kept at all. With a key, and not with a thread_local
+// object: what that needs is allocated by its first use, which ends the process where there is no
+// memory. Made by pthread_once(), which a child begins anew if fork() came in between.
+pthread_once_t keyOnce = PTHREAD_ONCE_INIT;
+pthread_key_t key;
+bool hasKey = false;
 
- private:
-  pthread_key_t key_ = 0;
-  bool willTell_;
-};
+}  // namespace
 
-// Returns whether there is room now, which is so the first time at most.
-bool BlockCache::open() {
-  static_assert(MostBytes >= Largest);
-  static Ends const ends;
-  if (state_ != State::New) {
+void BlockCache::makeKey() {
+  hasKey =
+      &tarselvaluesKeepsNoBlocks == nullptr && pthread_key_create(&key, closeAtEndOfThread) == 0;
+}
+
+// Returns whether there is room now. Blocks of other sizes go for the first of a size.
+bool BlockCache::makeRoom(bool isFirstOfItsSize) {
+  static_assert(MostBytes >= sizeFor(Largest));
+  if (state_ == State::New) {
+    open();
+    return room_ != 0;
+  }
+  if (state_ == State::Closed || !isFirstOfItsSize) {
     return false;
   }
-  state_ = State::Closed;
-  if (ends.note(*this)) {
+  freeAll<FromNew>();
+  freeAll<FromCalloc>();
+  room_ = MostBytes;
+  return true;
+}
+
+void BlockCache::open() {
+  state_ = State::Closed;  // What follows may allocate.
+  pthread_once(&keyOnce, makeKey);
+  if (hasKey && pthread_setspecific(key, this) == 0) {
     state_ = State::Open;
     room_ = MostBytes;
   }
-  return room_ != 0;
 }
 
 void BlockCache::close() {

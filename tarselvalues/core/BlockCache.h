@@ -3,9 +3,9 @@
 // Reading a text makes strings and entries by the thousand, and releasing what was read frees them:
 // each takes a few instructions here, and many times as long with malloc(). What is kept are single
 // blocks of a source, so any thread may give back what another has taken, and whoever does not know
-// the size of a block may free it where it came from. A thread keeps no more than MostBytes, about
-// as much as malloc() does for it; what is beyond that is freed, and all the rest when the thread
-// ends.
+// the size of a block may free it where it came from. A thread keeps no more than MostBytes; what is
+// beyond that is freed, and all the rest when the thread ends, or when the room is taken by other
+// sizes than those that come now.
 //
 // A program that defines `extern "C" char const tarselvaluesKeepsNoBlocks`, visible to the library,
 // has nothing kept, so that tools see every block come and go. The same is so with
@@ -67,8 +67,8 @@ class TARSELVALUES_INTERNAL BlockCache {
     Kept* next;
   };
 
-  // Blocks of up to so many bytes are kept, by sizes that are those of malloc(): multiples of two
-  // words, less the one that it needs for itself.
+  // Blocks of up to so many bytes are kept, by sizes that leave nothing over where malloc() counts
+  // in units of two words: multiples of these, less the word that it needs for itself.
   static constexpr std::size_t Largest = 216;
   static constexpr std::size_t Word = sizeof(void*);
   static constexpr std::size_t Unit = 2 * Word;
@@ -77,7 +77,6 @@ class TARSELVALUES_INTERNAL BlockCache {
 
   // Keeps nothing until it is certain that the end of the thread will be noticed, nor after it.
   enum class State { New, Open, Closed };
-  class Ends;
 
   static constexpr std::size_t sizeFor(std::size_t bytes) {
     return (bytes + Word + Unit - 1) / Unit * Unit - Word;
@@ -86,10 +85,12 @@ class TARSELVALUES_INTERNAL BlockCache {
   Kept*& firstOf(std::size_t size) {
     return kept_[Source::index][size / Unit];
   }
-  bool open();
+  bool makeRoom(bool isFirstOfItsSize);
+  void open();
   void close();
   template <class Source>
   void freeAll();
+  static void makeKey();
   static void closeAtEndOfThread(void* cache);
 
   static thread_local BlockCache ofThread_;
@@ -119,14 +120,18 @@ void* BlockCache::take(std::size_t bytes) {
 
 template <class Source>
 void BlockCache::give(void* block, std::size_t bytes) {
+  if (!mayKeep(bytes)) {
+    Source::deallocate(block);
+    return;
+  }
   BlockCache& cache = ofThread_;
   std::size_t const size = sizeFor(bytes);
-  if (!mayKeep(bytes) || (cache.room_ < size && !cache.open())) {
+  Kept*& first = cache.firstOf<Source>(size);
+  if (cache.room_ < size && !cache.makeRoom(first == nullptr)) {
     Source::deallocate(block);
     return;
   }
   cache.room_ -= size;
-  Kept*& first = cache.firstOf<Source>(size);
   first = ::new (block) Kept{first};
 }
 

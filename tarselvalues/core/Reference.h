@@ -1,6 +1,6 @@
 // How the library itself takes and drops references. Not for users: they hold cells.
 //
-// A count is touched in Counting, in KeptAlive and in lvReferencable::__removeRef() only. It says
+// A count is touched in Counting, in KeptAlive and in lvReferencable only. It says
 // how many cells, handles and cursors hold the object; see lvReferencable.h for its other values.
 #pragma once
 
@@ -15,7 +15,7 @@ namespace tarselvalues {
 
 struct Counting;
 
-// Takes a reference: locks `object`, increments its count, unlocks.
+// Takes a reference: adds one to the count, under the object's lock while there are other threads.
 TARSELVALUES_INTERNAL void takeReference(lvReferencable const& object) noexcept;
 
 // Drops a reference: const_cast in one place, because cursors hold const objects.

@@ -8,7 +8,8 @@
 //            An object that no cell ever held is the caller's to delete.
 // Ownership: whoever takes a reference drops it. Only cells, handles and cursors take one.
 // Threads:   taking and dropping references is safe from any thread; each change of the count is
-//            made under the object's recursive mutex, which is never held while finalize() runs.
+//            made under the object's recursive mutex, which is never held while finalize() runs, and
+//            which is left alone for as long as the process has never had a second thread.
 //            Everything else is as thread-safe as the derived class says.
 // Layout:    on 32-bit ARM: virtual table 0, type byte 4, count 8, mutex 12, size 36.
 // Deriving:  call setKind() in the constructor for another kind than ObjectKind; override
@@ -146,7 +147,7 @@ class TARSELVALUES_API lvReferencable {
   static constexpr unsigned LowBits = 0x0F;
   static constexpr unsigned KindShift = 4;
 
-  // Setting the count takes the lock; reading it does not, and may be a moment late.
+  // The count is set under ObjectLock; read without, it may be a moment late.
   std::int32_t count() const { return count_.load(std::memory_order_relaxed); }
   void setCount(std::int32_t count) const { count_.store(count, std::memory_order_relaxed); }
 

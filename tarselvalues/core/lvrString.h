@@ -4,8 +4,8 @@
 // and two caches: the hash, and a small integer for texts made from one.
 //
 // Ownership: an owned text is freed by the next setter and by finalize(), or with the object when
-//            both are one block of memory, as those of short interned strings are. A borrowed text
-//            must stay alive and unchanged for as long as the object has it.
+//            both are one block of memory, as they are where the library makes a short string. A
+//            borrowed text must stay alive and unchanged for as long as the object has it.
 // Threads:   any number of threads may read one string; the hash cache is filled safely. Setters
 //            need the object for themselves.
 // Errors:    setters answer 0, -12 (out of memory) or -38 (no text form) and then leave the string

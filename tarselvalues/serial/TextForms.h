@@ -13,7 +13,7 @@ namespace tarselvalues {
 constexpr int MostDecimalDigits = 11;
 
 // What outputQuotedString() of the writer does. Of the text, `readable` bytes are known to be
-// there, whatever they are: these are read a ByteWord at a time.
+// there, whatever they are, and no more than `most`: these are read a ByteWord at a time.
 TARSELVALUES_INTERNAL int writeEscaped(char** cursor, int* room, char const* text, int most,
                                        int readable);
 

@@ -73,6 +73,7 @@ int TreeReader::readItem(lvArg& out) {
 
 int TreeReader::readFrame(lvArg& out, lvArg const& kind) {
   int const status = begin(kind);
+  lastClass = nullptr;  // The name may be the caller's, who may set it anew.
   return status == 0 ? finishFrame(out) : status;
 }
 
@@ -108,6 +109,7 @@ int TreeReader::readVectorContents(lvVector const& vector) {
 
 int TreeReader::readObjectContents(lvArg& out, lvArg const& className) {
   int status = beginObject(className);
+  lastClass = nullptr;  // As in readFrame().
   if (status == 0) {
     status = readLevels();
   }
@@ -178,7 +180,7 @@ int TreeReader::beginObject(lvArg const& className) {
 
 // The registered class of this name; null if there is none. Objects of one class come together, and
 // what is registered stays: the last answer serves as long as the names are alike. The names are
-// the parser's own then, which nobody sets anew.
+// the parser's own then, which nobody sets anew; see readFrame() for the others.
 lvrClass const* TreeReader::classNamed(lvArg const& name) {
   bool const isOwn = atOnce.has_value() && name.getType() == lvArg::StringType && isPlain(name);
   if (isOwn && lastClass != nullptr && name.equiv(lastName) != 0) {

@@ -148,6 +148,20 @@ TEST_F(KeptBlocks, AreAsManyAsTheBoundAllows) {
   });
 }
 
+TEST_F(KeptBlocks, MakeRoomForTheFirstOfAnotherSize) {
+  inAThread([] {
+    constexpr std::size_t other = 2 * Small;
+    std::size_t const count = BlockCache::MostBytes / Small;
+    giveBlocks(takeBlocks(count, Small), Small);  // No room is left.
+    std::vector<void*> const blocks = takeBlocks(2, other);
+    EXPECT_GT(countsOf([&blocks] { giveBlocks(blocks, other); }).freed,
+              static_cast<int>(count / 2));
+    EXPECT_EQ(BlockCache::take<FromNew>(other), blocks[1]);
+    EXPECT_EQ(BlockCache::take<FromNew>(other), blocks[0]);
+    giveBlocks(blocks, other);
+  });
+}
+
 TEST_F(KeptBlocks, AreNotThoseThatAreLarge) {
   inAThread([] {
     std::vector<void*> const blocks = takeBlocks(1, TooLarge);

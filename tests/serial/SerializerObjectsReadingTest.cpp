@@ -194,6 +194,27 @@ TEST_F(DeserializeObject, IsOfTheClassThatItsNameHasWhenItBegins) {
   EXPECT_EQ(test::described(out), "[*Blank{},*Tabled{}]");
 }
 
+TEST_F(DeserializeObject, MayHaveItsNameSetAnewByItsConstructor) {
+  static lvrString* name = nullptr;
+  class Renaming : public test::Point {
+   public:
+    static lvReferencable* make() {
+      name->setStringData("Point", -1, lvrString::CopyAndOwn);
+      return new Renaming;
+    }
+  };
+  test::registerAs(string("Renaming"), test::likePoint(string("Renaming"), &Renaming::make));
+  lvtStringArgSource parser("*Point{1,2},3}", -1);
+  lvArg const held = string("Renaming");
+  name = static_cast<lvrString*>(held.getReferencable());
+  lvArg out;
+  EXPECT_EQ(test::HeldSerializer()->deserializeReferencableContentsInto(out, held, parser), 0);
+  auto const* const renaming = dynamic_cast<Renaming*>(out.getReferencable());
+  ASSERT_NE(renaming, nullptr);
+  EXPECT_EQ(dynamic_cast<Renaming*>(renaming->x.getReferencable()), nullptr);
+  EXPECT_EQ(test::described(renaming->x), "*Point{1,2}");
+}
+
 TEST_F(DeserializeObject, LetsPassWhatTheEndOfADefaultThrows) {
   class Throwing : public lvReferencable {
    public:
