@@ -176,6 +176,33 @@ TEST(HashMapMemoryForBuckets, WhenMissingLeavesTheMapAsItWas) {
   EXPECT_EQ(entriesOf(*map), "1=1 ");
 }
 
+// A string that empties its map, and lets the next buckets fail, when it is compared.
+class EmptyingKey : public lvrString {
+ public:
+  explicit EmptyingKey(lvrHashMap& map) : map_(map) {}
+  unsigned int hashCode() const override { return 0; }
+  int equiv(lvReferencable const& /*other*/) const override {
+    map_.finalize();
+    callocs.fail = true;
+    return 0;
+  }
+
+ private:
+  lvrHashMap& map_;
+};
+
+TEST(HashMapMemoryForBuckets, WhenMissingBehindASearchThatLostThemLeavesNoReference) {
+  Held<lvrHashMap> const map(7);
+  lvArg const first = *new EmptyingKey(*map);
+  lvArg const second = *new EmptyingKey(*map);
+  map->put(first, integer(1));
+  EXPECT_THROW(map->put(second, integer(2)), std::bad_alloc);
+  callocs.fail = false;
+  EXPECT_EQ(map->getSize(), 0);
+  EXPECT_EQ(countOf(first), 1);
+  EXPECT_EQ(countOf(second), 1);
+}
+
 TEST_F(HashMapMemory, MissingForACursorTakesNoReference) {
   EXPECT_TRUE(runsOutOfMemory([this] { delete map->getEnumerator(); }));
   EXPECT_EQ(countOf(*map), 1);
