@@ -18,7 +18,8 @@ find_package(Threads REQUIRED)
 # Usage requirement of our own targets only: neither GoogleTest nor users inherit it.
 add_library(tarselvalues-warnings INTERFACE)
 target_compile_options(tarselvalues-warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+  $<$<BOOL:${PROJECT_IS_TOP_LEVEL}>:-Werror>)
 
 # Sanitizers go into everything, GoogleTest included.
 if(TARSELVALUES_SANITIZE)

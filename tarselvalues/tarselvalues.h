@@ -31,6 +31,7 @@
 #include "tarselvalues/core/lvReferencable.h"
 #include "tarselvalues/core/lvString.h"
 #include "tarselvalues/core/lvValue.h"
+#include "tarselvalues/core/lvVersion.h"
 #include "tarselvalues/core/lvrString.h"
 #include "tarselvalues/reflect/lvClass.h"
 #include "tarselvalues/reflect/lvClassBuilder.h"

@@ -1,0 +1,47 @@
+# What is installed, in components each of which can be installed alone:
+#
+#   runtime  the shared library
+#   dev      headers, the link to the library, the files for find_package() and pkg-config
+#   tools    lvtext
+#   doc      the manual
+#   gdb      what gdb needs to print values
+
+include(CMakePackageConfigHelpers)
+
+set(config_directory "${CMAKE_INSTALL_LIBDIR}/cmake/tarselvalues")
+
+install(TARGETS tarselvalues-mt EXPORT tarselvalues
+  LIBRARY COMPONENT runtime NAMELINK_COMPONENT dev
+  FILE_SET HEADERS COMPONENT dev DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+install(EXPORT tarselvalues NAMESPACE tarselvalues:: FILE tarselvalues-targets.cmake
+  DESTINATION "${config_directory}" COMPONENT dev)
+
+configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/tarselvalues-config.cmake.in"
+  "${PROJECT_BINARY_DIR}/tarselvalues-config.cmake"
+  INSTALL_DESTINATION "${config_directory}"
+  NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/tarselvalues-config-version.cmake"
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  "${PROJECT_BINARY_DIR}/tarselvalues-config.cmake"
+  "${PROJECT_BINARY_DIR}/tarselvalues-config-version.cmake"
+  DESTINATION "${config_directory}" COMPONENT dev)
+
+# Absolute directories as they are, which is what the system's own packages say.
+foreach(kind LIB INCLUDE)
+  cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_${kind}DIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}"
+    OUTPUT_VARIABLE PKGCONFIG_${kind}DIR)
+endforeach()
+configure_file("${CMAKE_CURRENT_LIST_DIR}/tarselvalues-mt.pc.in"
+  "${PROJECT_BINARY_DIR}/tarselvalues-mt.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/tarselvalues-mt.pc"
+  DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT dev)
+
+if(TARGET lvtext)
+  # So that it runs from any prefix. Packages for a system's own directories switch it off with
+  # CMAKE_SKIP_INSTALL_RPATH.
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY "${CMAKE_INSTALL_FULL_BINDIR}"
+    OUTPUT_VARIABLE way_to_library)
+  set_target_properties(lvtext PROPERTIES INSTALL_RPATH "$ORIGIN/${way_to_library}")
+  install(TARGETS lvtext RUNTIME COMPONENT tools)
+endif()
