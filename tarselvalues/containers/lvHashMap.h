@@ -20,5 +20,6 @@ class TARSELVALUES_API lvHashMap : public lvArg {
   // Borrows the map; null when the handle is nil or what it holds has no map interface.
   // Costs a run-time type check, which is quick for the library's own maps.
   lviMap* getMap() const;
+  // As getMap().
   lviMap* operator->() const { return getMap(); }
 };

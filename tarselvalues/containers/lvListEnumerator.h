@@ -3,6 +3,7 @@
 //   for (lvListEnumerator item(*list.getList()); item->gotoNext();) { ... item->getValue() ... }
 //
 // Ownership: owns the cursor and deletes it. Cannot be copied.
+// Threads:   one thread at a time for the list and all its cursors together.
 #pragma once
 
 #include "tarselvalues/containers/lviList.h"
@@ -19,6 +20,7 @@ class TARSELVALUES_API lvListEnumerator {
 
   // Borrows the cursor; null if the list gave none.
   lviRealListEnumerator* getCursor() const { return cursor; }
+  // As getCursor().
   lviRealListEnumerator* operator->() const { return cursor; }
 
  protected:

@@ -3,12 +3,15 @@
 // Deliberate: making one also makes an enumerator and an iterator of the list, which are never
 // deleted, and so the list is never freed. Long-running programs hold getListRWIterator() in a
 // pointer of their own.
+//
+// Threads:   one thread at a time for the list and all its cursors together.
 #pragma once
 
 #include "tarselvalues/containers/lvListIterator.h"
 
 class TARSELVALUES_API lvListRWIterator : public lvListIterator {
  public:
+  // Holds a new read-write iterator of `list`.
   explicit lvListRWIterator(lviList& list) : lvListIterator(list) {
     replaceCursor(list.getListRWIterator());  // Leaks the iterator, deliberately.
   }
@@ -17,5 +20,6 @@ class TARSELVALUES_API lvListRWIterator : public lvListIterator {
   lviRealListRWIterator* getCursor() const {
     return static_cast<lviRealListRWIterator*>(lvListEnumerator::getCursor());
   }
+  // As getCursor().
   lviRealListRWIterator* operator->() const { return getCursor(); }
 };

@@ -3,6 +3,7 @@
 //   for (lvMapEnumerator entry(*map.getMap()); entry->next();) { ... entry->getKey() ... }
 //
 // Ownership: owns the cursor and deletes it. Cannot be copied.
+// Threads:   one thread at a time for the map and all its cursors together.
 #pragma once
 
 #include "tarselvalues/containers/lviMap.h"
@@ -19,6 +20,7 @@ class TARSELVALUES_API lvMapEnumerator {
 
   // Borrows the cursor; null if the map gave none.
   lviRealMapEnumerator* getCursor() const { return cursor; }
+  // As getCursor().
   lviRealMapEnumerator* operator->() const { return cursor; }
 
  private:

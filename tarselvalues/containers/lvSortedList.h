@@ -20,5 +20,6 @@ class TARSELVALUES_API lvSortedList : public lvArg {
   // Borrows the list; null when the handle is nil or what it holds is no sorted list.
   // Costs a run-time type check.
   lviSortedList* getSortedList() const;
+  // As getSortedList().
   lviSortedList* operator->() const { return getSortedList(); }
 };

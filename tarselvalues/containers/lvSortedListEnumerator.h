@@ -3,6 +3,7 @@
 //   for (lvSortedListEnumerator item(*list, 0); item->hasNext();) { ... item->next() ... }
 //
 // Ownership: owns the cursor and deletes it. Cannot be copied. The list must outlive it.
+// Threads:   one thread at a time for the list and all its cursors together.
 #pragma once
 
 #include "tarselvalues/containers/lviSortedList.h"
@@ -21,6 +22,7 @@ class TARSELVALUES_API lvSortedListEnumerator {
 
   // Borrows the cursor, or null.
   lviRealSortedListEnumerator* getCursor() const { return cursor; }
+  // As getCursor().
   lviRealSortedListEnumerator* operator->() const { return cursor; }
 
  private:

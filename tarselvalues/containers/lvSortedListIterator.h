@@ -1,4 +1,6 @@
 // lvSortedListIterator: as lvSortedListEnumerator, with the list's iterator.
+//
+// Threads:   one thread at a time for the list and all its cursors together.
 #pragma once
 
 #include "tarselvalues/containers/lviSortedList.h"
@@ -17,6 +19,7 @@ class TARSELVALUES_API lvSortedListIterator {
 
   // Borrows the cursor, or null.
   lviRealSortedListIterator* getCursor() const { return cursor; }
+  // As getCursor().
   lviRealSortedListIterator* operator->() const { return cursor; }
 
  private:

@@ -19,5 +19,6 @@ class TARSELVALUES_API lvVector : public lvArg {
   // Borrows the list; null when the handle is nil or what it holds has no list interface.
   // Costs a run-time type check, which is quick for lvrVector and lvrDLList.
   lviList* getList() const;
+  // As getList().
   lviList* operator->() const { return getList(); }
 };

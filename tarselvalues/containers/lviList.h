@@ -25,6 +25,7 @@
 
 class TARSELVALUES_API lviList {
  public:
+  // For derived classes.
   lviList() = default;
   lviList(lviList const&) = delete;
   lviList& operator=(lviList const&) = delete;
@@ -55,5 +56,6 @@ class TARSELVALUES_API lviList {
   virtual lviRealListEnumerator* getListEnumerator() const = 0;
   // Returns a new cursor that may change the list, which the caller owns, or null if there is none.
   virtual lviRealListIterator* getListIterator() = 0;
+  // The same for a cursor that may also insert.
   virtual lviRealListRWIterator* getListRWIterator() = 0;
 };

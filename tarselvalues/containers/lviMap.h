@@ -25,6 +25,7 @@
 
 class TARSELVALUES_API lviMap {
  public:
+  // For derived classes.
   lviMap() = default;
   lviMap(lviMap const&) = delete;
   lviMap& operator=(lviMap const&) = delete;
@@ -46,5 +47,6 @@ class TARSELVALUES_API lviMap {
   virtual lviRealMapEnumerator* getEnumerator() const = 0;
   // Returns a new cursor that may change the map, which the caller owns, or null if there is none.
   virtual lviRealMapIterator* getIterator() = 0;
+  // The same for callers of read-write cursors; null for every map of the library.
   virtual lviRealMapIterator* getRWIterator() = 0;
 };

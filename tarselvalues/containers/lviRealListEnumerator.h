@@ -15,6 +15,7 @@ class TARSELVALUES_API lviRealListEnumerator {
   // Answers whether an element is the one looked for; `ctx` is the caller's own.
   using Predicate = bool(lvArg const& value, void* ctx);
 
+  // For derived classes.
   lviRealListEnumerator() = default;
   lviRealListEnumerator(lviRealListEnumerator const&) = delete;
   lviRealListEnumerator& operator=(lviRealListEnumerator const&) = delete;

@@ -1,6 +1,8 @@
 // lviRealListIterator: a list cursor that can remove the element it stands on.
 //
 // Not every list has one: lviList::getListIterator() of a vector answers null.
+//
+// Threads:   one thread at a time for the list and all its cursors together.
 #pragma once
 
 #include "tarselvalues/containers/lviRealListEnumerator.h"

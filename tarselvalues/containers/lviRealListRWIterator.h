@@ -1,6 +1,8 @@
 // lviRealListRWIterator: a list cursor that can also insert.
 //
 // Not every list has one: lviList::getListRWIterator() of a vector answers null.
+//
+// Threads:   one thread at a time for the list and all its cursors together.
 #pragma once
 
 #include "tarselvalues/containers/lviRealListIterator.h"

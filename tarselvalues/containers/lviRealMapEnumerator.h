@@ -13,6 +13,7 @@
 
 class TARSELVALUES_API lviRealMapEnumerator {
  public:
+  // For derived classes.
   lviRealMapEnumerator() = default;
   lviRealMapEnumerator(lviRealMapEnumerator const&) = delete;
   lviRealMapEnumerator& operator=(lviRealMapEnumerator const&) = delete;

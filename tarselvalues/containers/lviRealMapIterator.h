@@ -1,6 +1,8 @@
 // lviRealMapIterator: a map cursor that can change and remove the entry it stands on.
 //
 // Not every map has one: lviMap::getIterator() of a hash map answers null.
+//
+// Threads:   one thread at a time for the map and all its cursors together.
 #pragma once
 
 #include "tarselvalues/containers/lviRealMapEnumerator.h"

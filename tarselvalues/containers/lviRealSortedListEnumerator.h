@@ -10,13 +10,16 @@
 
 class TARSELVALUES_API lviRealSortedListEnumerator {
  public:
+  // For derived classes.
   lviRealSortedListEnumerator() = default;
   lviRealSortedListEnumerator(lviRealSortedListEnumerator const&) = delete;
   lviRealSortedListEnumerator& operator=(lviRealSortedListEnumerator const&) = delete;
 
   // Declaration order is the binary interface: append only, and in derived classes only.
 
+  // Whether there is an element for next().
   virtual bool hasNext() const = 0;
+  // Whether there is an element for previous().
   virtual bool hasPrevious() const = 0;
   // Steps forward and returns the element there; nil, without a step, at the end.
   virtual lvArg next() = 0;

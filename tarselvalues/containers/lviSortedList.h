@@ -18,33 +18,44 @@
 
 class TARSELVALUES_API lviSortedList : public lvReferencable {
  public:
+  // For derived classes.
   lviSortedList();
   ~lviSortedList() override;
 
   // Declaration order is the binary interface: append only, and in derived classes only.
 
+  // Returns the number of elements.
   virtual int getSize() const = 0;
   // Takes in an element. Returns 0.
   virtual int add(lvArg const& value) = 0;
   // Takes in all elements of `other`. Returns true.
   virtual bool addAll(lviSortedList const& other) = 0;
+  // Removes all elements.
   virtual void clear() = 0;
+  // Whether an element is equal to `value`.
   virtual bool contains(lvArg const& value) const = 0;
+  // Whether the list contains each element of `other`.
   virtual bool containsAll(lviSortedList const& other) const = 0;
   // Whether both lists have equal elements.
   virtual bool equals(lviSortedList const& other) const = 0;
   // Returns a copy of the element at a position, or nil.
   virtual lvArg get(int index) const = 0;
-  // Position of the first, or last, equal element; -1 if there is none.
+  // Returns the position of the first equal element; -1 if there is none.
   virtual int indexOf(lvArg const& value) const = 0;
+  // Whether there are no elements.
   virtual bool isEmpty() const = 0;
-  // Return a new cursor, which the caller owns.
+  // Returns a new iterator at `position`, which the caller owns.
   virtual lviRealSortedListIterator* getSortedListIterator(int position) = 0;
+  // Returns a new enumerator at `position`, which the caller owns.
   virtual lviRealSortedListEnumerator* getSortedListEnumerator(int position) const = 0;
+  // Returns the position of the last equal element; -1 if there is none.
   virtual int lastIndexOf(lvArg const& value) const = 0;
-  // Reserved: 0, 0, nil and nil, with no effect.
+  // Reserved: returns 0, with no effect.
   virtual int reserved14() = 0;
+  // Reserved: returns 0, with no effect.
   virtual int reserved15() = 0;
+  // Reserved: returns nil, with no effect.
   virtual lvArg reserved16() = 0;
+  // Reserved: returns nil, with no effect.
   virtual lvArg reserved17() = 0;
 };

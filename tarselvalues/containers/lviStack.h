@@ -10,6 +10,7 @@
 
 class TARSELVALUES_API lviStack {
  public:
+  // For derived classes.
   lviStack() = default;
   lviStack(lviStack const&) = delete;
   lviStack& operator=(lviStack const&) = delete;
@@ -27,6 +28,7 @@ class TARSELVALUES_API lviStack {
   virtual lvArg const& peek(int depth) const = 0;
   // Returns the number of elements.
   virtual int getSize() const = 0;
+  // Whether there are no elements.
   virtual bool isEmpty() const = 0;
   virtual ~lviStack();
 };

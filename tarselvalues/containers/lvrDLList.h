@@ -36,12 +36,13 @@ class TARSELVALUES_API lvrDLList : public lvReferencable, public lviList {
  public:
   // One element. The bookkeeping bits of its cell are the list's: see Pins in lvrDLList.cpp.
   struct lvrDLListNode {
+    // Holds a copy of `element`, linked to nothing.
     explicit lvrDLListNode(lvArg const& element) { value.assignFast(element); }
     explicit lvrDLListNode(lvArg&& element) { value = std::move(element); }
 
-    lvArg value;
-    lvrDLListNode* next = nullptr;
-    lvrDLListNode* prev = nullptr;
+    lvArg value;                    // the element
+    lvrDLListNode* next = nullptr;  // null: this is the last
+    lvrDLListNode* prev = nullptr;  // null: this is the first
   };
 
   // Where a cursor stands: before the first element (index -1), on one, after the last (index is
@@ -55,13 +56,18 @@ class TARSELVALUES_API lvrDLList : public lvReferencable, public lviList {
     IteratorLogic(IteratorLogic const&) = delete;
     IteratorLogic& operator=(IteratorLogic const&) = delete;
 
+    // Steps forward one element; false at the end.
     bool gotoNext();
+    // Steps back one element; false at the start.
     bool gotoPrevious();
+    // Steps on, or back, until `pred` answers true; false when there are no more elements.
     bool gotoMatching(lviRealListEnumerator::Predicate* pred, void* ctx, bool backward);
     // Deliberate: a negative position is kept as given: gotoIndex(-1) stands on the last element
     // while getIndex() answers -1, and gotoNext() then goes to the first.
     bool gotoIndex(int position);
+    // Returns the current position.
     int getIndex() const;
+    // Returns a copy of the current element; nil when the cursor stands on none.
     lvArg getValue() const;
     // Removes the current element; the cursor is then on the one behind it, under the same index.
     // Deliberate: false for an element that is nil, though it is removed.
@@ -114,35 +120,43 @@ class TARSELVALUES_API lvrDLList : public lvReferencable, public lviList {
   };
 
  public:
-  // The list's cursors; each keeps the list alive.
+  // The list's read-only cursor; keeps the list alive.
   class TARSELVALUES_API RealEnumerator : public Cursor<lviRealListEnumerator> {
    public:
+    // Stands before the first element of `walked`.
     explicit RealEnumerator(lvrDLList const& walked);
     ~RealEnumerator() override;
   };
+  // The list's removing cursor; keeps the list alive.
   class TARSELVALUES_API RealIterator : public Cursor<lviRealListIterator> {
    public:
+    // Stands before the first element of `walked`.
     explicit RealIterator(lvrDLList& walked);
     ~RealIterator() override;
+    // As IteratorLogic::remove().
     bool remove() override;
   };
+  // The list's inserting cursor; keeps the list alive.
   class TARSELVALUES_API RealRWIterator : public Cursor<lviRealListRWIterator> {
    public:
+    // Stands before the first element of `walked`.
     explicit RealRWIterator(lvrDLList& walked);
     ~RealRWIterator() override;
+    // As IteratorLogic::remove().
     bool remove() override;
     // Always true.
     bool isWritable() override;
+    // As IteratorLogic::insert().
     bool insert(lvArg const& value) override;
   };
 
   // Makes an empty list.
   lvrDLList();
 
-  // Returns a new empty list.
+  // Returns a new empty list. Any thread.
   static lvReferencable* defaultCtorMethod();
 
-  // Returns the interned "DLList".
+  // Returns the interned "DLList". Any thread.
   static lvString const& getStaticClassDesc();
 
   lvString const& getClassDesc() const override;

@@ -47,14 +47,16 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
  public:
   // One entry, in the chain of its bucket.
   struct TARSELVALUES_API HashEntry {
+    // Holds both cells, in no chain yet.
     HashEntry(lvArg const& entryKey, lvArg const& entryValue)
         : key(entryKey), value(entryValue), next(nullptr) {}
+    // The same, and takes the cells over.
     HashEntry(lvArg&& entryKey, lvArg&& entryValue) noexcept
         : key(std::move(entryKey)), value(std::move(entryValue)), next(nullptr) {}
 
-    lvArg key;
-    lvArg value;
-    HashEntry* next;
+    lvArg key;        // never changes while the entry is in the map
+    lvArg value;      // what put() replaces
+    HashEntry* next;  // in the same chain; null: this is the last
   };
 
   // Where a cursor stands. It holds no reference: the map must outlive it, and if the map loses
@@ -65,8 +67,9 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
     void initFrom(lvrHashMap const& walked);
     // Steps to the next entry; false when there is none.
     bool next();
-    // Return the current entry's cells; nil when there is none.
+    // Borrows the current entry's key; nil when there is none.
     lvArg const& getKey() const;
+    // Borrows the current entry's value; nil when there is none.
     lvArg const& getValue() const;
 
    private:
@@ -86,6 +89,7 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   // The map's cursor; keeps the map alive.
   class TARSELVALUES_API RealEnumerator : public lviRealMapEnumerator {
    public:
+    // Stands before the first entry of `map`.
     explicit RealEnumerator(lvrHashMap const& map);
     ~RealEnumerator() override;
     bool next() override;
@@ -137,10 +141,10 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   // Makes an empty map of `size` buckets. With 0, put() answers -22 until setHashSize() is called.
   explicit lvrHashMap(unsigned int size);
 
-  // Returns a new map of DefaultHashSize buckets.
+  // Returns a new map of DefaultHashSize buckets. Any thread.
   static lvReferencable* defaultCtorMethod();
 
-  // Returns the interned "HashMap".
+  // Returns the interned "HashMap". Any thread.
   static lvString const& getStaticClassDesc();
 
   // Hash of the set of keys: independent of values and of order. Kept up to date, so O(1).
@@ -148,6 +152,7 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   lvString const& getClassDesc() const override;
   // Frees all entries, the buckets and the spare entry. Returns what freeStorage() answers.
   int finalize() override;
+  // Frees nothing: finalize() has.
   ~lvrHashMap() override;
 
   // Declaration order is the binary interface: append only, and in derived classes only.
@@ -162,6 +167,7 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   lviRealMapEnumerator* getEnumerator() const override;
   // Always null: a hash map offers the read-only cursor alone.
   lviRealMapIterator* getIterator() override;
+  // Always null.
   lviRealMapIterator* getRWIterator() override;
 
   // Changes the number of buckets of an empty map; 0 means DefaultHashSize. Returns 0, or -16 when

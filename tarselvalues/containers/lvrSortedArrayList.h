@@ -47,11 +47,17 @@ class TARSELVALUES_API lvrSortedArrayList : public lviSortedList {
     // it stands on that element as if it had just been returned, so next() gives the one behind.
     BaseEnumerator(lvrSortedArrayList const& list, int position);
 
+    // Whether there is an element for next().
     bool hasNext(lvrSortedArrayList const& list) const;
+    // Whether there is an element for previous().
     bool hasPrevious(lvrSortedArrayList const& list) const;
+    // Steps forward and returns the element there; nil, without a step, at the end.
     lvArg next(lvrSortedArrayList const& list);
+    // Returns the position that next() would step to; the number of elements if there is none.
     int nextIndex(lvrSortedArrayList const& list) const;
+    // Steps back and returns the element there; nil at the start.
     lvArg previous(lvrSortedArrayList const& list);
+    // Returns the position that previous() would step to; -1 if there is none.
     int previousIndex(lvrSortedArrayList const& list) const;
 
    private:
@@ -68,8 +74,10 @@ class TARSELVALUES_API lvrSortedArrayList : public lviSortedList {
     std::int32_t count;
   };
 
+  // The list's read-only cursor.
   class TARSELVALUES_API Enumerator : public lviRealSortedListEnumerator {
    public:
+    // Stands in `walked` as BaseEnumerator does.
     Enumerator(lvrSortedArrayList const& walked, int position)
         : base(walked, position), list(&walked) {}
     bool hasNext() const override;
@@ -87,8 +95,10 @@ class TARSELVALUES_API lvrSortedArrayList : public lviSortedList {
     lvrSortedArrayList const* list;
   };
 
+  // The list's iterator.
   class TARSELVALUES_API Iterator : public lviRealSortedListIterator {
    public:
+    // Stands in `walked` as BaseEnumerator does.
     Iterator(lvrSortedArrayList& walked, int position) : list(&walked), base(walked, position) {}
     bool hasNext() const override;
     bool hasPrevious() const override;
@@ -96,9 +106,11 @@ class TARSELVALUES_API lvrSortedArrayList : public lviSortedList {
     int nextIndex() const override;
     lvArg previous() override;
     int previousIndex() const override;
-    // Do nothing.
+    // Does nothing.
     void add(lvArg const& value) override;
+    // Does nothing.
     void remove() override;
+    // Does nothing.
     void set(lvArg const& value) override;
 
    private:
@@ -115,10 +127,10 @@ class TARSELVALUES_API lvrSortedArrayList : public lviSortedList {
   // Makes an empty list. Only the lowest bit of `duplicates` counts.
   explicit lvrSortedArrayList(unsigned int duplicates);
 
-  // Returns a new list that keeps duplicates.
+  // Returns a new list that keeps duplicates. Any thread.
   static lvReferencable* defaultCtorMethod();
 
-  // Returns the interned "SortedArrayList".
+  // Returns the interned "SortedArrayList". Any thread.
   static lvString const& getStaticClassDesc();
 
   // 0 for this very list. Otherwise the kinds are compared, then the sizes, then the elements from

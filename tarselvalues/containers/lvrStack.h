@@ -26,17 +26,22 @@
 class TARSELVALUES_API lvrStack : public lvReferencable, public lviStack {
  public:
   // What stackEvent() is told about.
-  enum Action { PushAction, PopAction, PokeAction };
+  enum Action {
+    PushAction,  // push()
+    PopAction,   // pop()
+    PokeAction,  // poke()
+  };
 
+  // The most elements that a stack holds.
   static constexpr int MaxSize = 65535;
 
   // Makes an empty stack with room for `size` elements; a negative `size` allocates nothing yet.
   explicit lvrStack(int size);
 
-  // Returns a new stack with room for 7 elements.
+  // Returns a new stack with room for 7 elements. Any thread.
   static lvReferencable* defaultCtorMethod();
 
-  // Returns the interned "Stack".
+  // Returns the interned "Stack". Any thread.
   static lvString const& getStaticClassDesc();
 
   // 1 for this very stack only.

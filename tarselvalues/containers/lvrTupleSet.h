@@ -36,9 +36,10 @@ struct Probe;
 
 class TARSELVALUES_API lvrTupleSet : public lvReferencable, public lviMap {
  public:
+  // One entry.
   struct Pair {
-    lvArg key;
-    lvArg value;
+    lvArg key;    // what the pairs are sorted by
+    lvArg value;  // what is stored under it
   };
 
   // The bit of the constructor's flags that has put() insert a further pair for a present key.
@@ -65,6 +66,7 @@ class TARSELVALUES_API lvrTupleSet : public lvReferencable, public lviMap {
   // The set's read-only cursor.
   class TARSELVALUES_API RealEnumerator : public lviRealMapEnumerator {
    public:
+    // Stands before the first pair of `walked`.
     explicit RealEnumerator(lvrTupleSet const& walked) : logic(const_cast<lvrTupleSet&>(walked)) {}
     bool next() override;
     lvArg getKey() const override;
@@ -80,6 +82,7 @@ class TARSELVALUES_API lvrTupleSet : public lvReferencable, public lviMap {
   // The set's changing cursor.
   class TARSELVALUES_API RealIterator : public lviRealMapIterator {
    public:
+    // Stands before the first pair of `walked`.
     explicit RealIterator(lvrTupleSet& walked) : logic(walked) {}
     bool next() override;
     lvArg getKey() const override;
@@ -103,7 +106,7 @@ class TARSELVALUES_API lvrTupleSet : public lvReferencable, public lviMap {
   // 16777215). Only the low 8 bits of `flags` are kept.
   lvrTupleSet(int size, unsigned int step, unsigned int flags);
 
-  // Returns a new lvrTupleSet(8, 8, 0).
+  // Returns a new lvrTupleSet(8, 8, 0). Any thread.
   static lvReferencable* defaultCtorMethod();
 
   // Frees all pairs and the array. A second call finds nothing to do.
@@ -131,11 +134,13 @@ class TARSELVALUES_API lvrTupleSet : public lvReferencable, public lviMap {
   // where it belongs. `found`, where not null, says which.
   int search(lvArg const& key, bool* found) const;
 
-  // Pairs by position; nil, or 0 with nothing changed, for a position that is not there.
+  // Returns the key at a position; nil for a position that is not there.
   lvArg getKey(int i) const;
+  // Returns the value at a position; nil for a position that is not there.
   lvArg getValue(int i) const;
   using lvReferencable::getValue;
-  // Returns 1 when the value was replaced; 0 for a nil `value` too. `old`, where not null, receives
+  // Replaces the value at a position. Returns 1 when it was replaced; 0, with nothing changed, for a
+  // position that is not there, and for a nil `value`. `old`, where not null, receives
   // the previous value.
   int setValue(int i, lvArg const& value, lvArg* old);
 

@@ -36,13 +36,19 @@ class KeptWhileAsking;
 class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
  public:
   // What vectorEvent() is told about.
-  enum Action { InsertAction, RemoveAction, ClearAction };
+  enum Action {
+    InsertAction,  // insert()
+    RemoveAction,  // remove()
+    ClearAction,   // clear()
+  };
 
+  // The most elements that a vector holds.
   static constexpr int MaxSize = 65535;
 
   // The vector's cursor; keeps the vector alive.
   class TARSELVALUES_API RealEnumerator : public lviRealListEnumerator {
    public:
+    // Stands before the first element of `walked`.
     explicit RealEnumerator(lvrVector const& walked);
     ~RealEnumerator() override;
     bool gotoNext() override;
@@ -69,10 +75,10 @@ class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
   // Numbers that do not fit each other are cut until they do, and slots without element become nil.
   lvrVector(int ringAlloced, int ringCount, int ringStart, lvArg* ring);
 
-  // Returns a new vector with room for 7 elements.
+  // Returns a new vector with room for 7 elements. Any thread.
   static lvReferencable* defaultCtorMethod();
 
-  // Returns the interned "Vector".
+  // Returns the interned "Vector". Any thread.
   static lvString const& getStaticClassDesc();
 
   // Hash of the elements in order, cached until the next insert() or remove().
@@ -81,6 +87,7 @@ class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
   lvString const& getClassDesc() const override;
   // As releaseData(), and what is inserted meanwhile goes too.
   int finalize() override;
+  // Frees nothing: finalize() has.
   ~lvrVector() override;
 
   // Declaration order is the binary interface: append only, and in derived classes only.
@@ -107,6 +114,7 @@ class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
   lviRealListEnumerator* getListEnumerator() const override;
   // Always null: a vector offers the read-only cursor alone.
   lviRealListIterator* getListIterator() override;
+  // Always null.
   lviRealListRWIterator* getListRWIterator() override;
   // Does nothing. A hook that no operation of the vector calls.
   virtual void vectorEvent(Action action, int index, lvArg const& value);

@@ -1,4 +1,4 @@
-// Marks what the shared library exports. Everything else in it is hidden.
+// Marks what the shared library exports. Everything else in it is hidden. Not for users.
 #pragma once
 
 #define TARSELVALUES_API __attribute__((visibility("default")))

@@ -52,9 +52,11 @@ class TARSELVALUES_API lvArg {
     ClassType = 27,      // lvrClass
   };
 
-  // Nil, the integer 1 and the integer 0. They exist before any code of a program runs.
+  // Nil. Like the two below it exists before any code of a program runs.
   static lvArg const NilValue;
+  // The integer 1.
   static lvArg const TrueValue;
+  // The integer 0.
   static lvArg const FalseValue;
 
   // --- Making -----------------------------------------------------------------------------------
@@ -78,6 +80,7 @@ class TARSELVALUES_API lvArg {
     other.setTag(NilType);
   }
 
+  // Drops the reference, if there is one.
   ~lvArg() {
     if (isReference()) {
       releaseData();
@@ -88,6 +91,7 @@ class TARSELVALUES_API lvArg {
 
   // Returns the 5-bit tag.
   ValueType getType() const { return static_cast<ValueType>(tagWord_ & TagMask); }
+  // Whether the cell is nil.
   bool isNil() const { return getType() == NilType; }
 
   // Returns the integer, or -1 when the cell holds none. No text is converted: see lvValue.
@@ -102,12 +106,14 @@ class TARSELVALUES_API lvArg {
   // Borrows the object until the cell changes; null when the cell holds no reference.
   lvReferencable* getReferencable() const { return isReference() ? object() : nullptr; }
 
-  // For whoever stores the cell: bits 5-31 of the first word, here as a number of 27 bits. Their
+  // For whoever stores the cell: returns bits 5-31 of the first word as a number of 27 bits. Their
   // meaning is the holder's own.
   std::uint32_t getBookkeeping() const { return tagWord_ >> TagBits; }
+  // Sets those bits to the low 27 of `bits`.
   void setBookkeeping(std::uint32_t bits) {
     tagWord_ = (bits << TagBits) | static_cast<std::uint32_t>(getType());
   }
+  // Adds to those bits, which wrap around.
   void addToBookkeeping(std::uint32_t number) { tagWord_ += number << TagBits; }
 
   // --- Comparing --------------------------------------------------------------------------------
@@ -136,6 +142,7 @@ class TARSELVALUES_API lvArg {
   // --- Changing ---------------------------------------------------------------------------------
   // All keep the cell's own bookkeeping bits, and all but exchange() and the operators return 0.
 
+  // As assign().
   lvArg& operator=(lvArg const& other) {
     assign(other);
     return *this;
@@ -148,7 +155,10 @@ class TARSELVALUES_API lvArg {
   // tag is copied and no count changes.
   int assign(lvArg const& src);
 
+  // Stores nil.
   int setNil();
+
+  // Stores an integer.
   int setInt(int value);
 
   // Stores a raw address. It is not counted and never dereferenced.

@@ -7,10 +7,10 @@
 //            last __removeRef() runs finalize(), then the destructor, and frees the object.
 //            An object that no cell ever held is the caller's to delete.
 // Ownership: whoever takes a reference drops it. Only cells, handles and cursors take one.
-// Threads:   taking and dropping references is safe from any thread; each change of the count is
-//            made under the object's recursive mutex, which is never held while finalize() runs, and
-//            which is left alone for as long as the process has never had a second thread.
-//            Everything else is as thread-safe as the derived class says.
+// Threads:   one thread at a time per object, unless its class says otherwise. But taking and
+//            dropping references is safe from any thread; each change of the count is made under
+//            the object's recursive mutex, which is never held while finalize() runs, and which is
+//            left alone for as long as the process has never had a second thread.
 // Layout:    on 32-bit ARM: virtual table 0, type byte 4, count 8, mutex 12, size 36.
 // Deriving:  call setKind() in the constructor for another kind than ObjectKind; override
 //            getClassDesc() to be found in the class registry; drop what the object holds in
@@ -34,11 +34,11 @@ class TARSELVALUES_API lvReferencable {
   // What an object is. A cell that holds it has the kind plus lvArg::ReferenceFlag as its tag.
   // Compiled programs and debugger scripts rely on the numbers.
   enum Kind : unsigned char {
-    ObjectKind = 2,
-    StringKind = 3,
-    MapKind = 8,  // Deliberate: stacks too.
-    ListKind = 9,
-    ClassKind = 11,
+    ObjectKind = 2,  // any other object
+    StringKind = 3,  // lvrString
+    MapKind = 8,     // lvrHashMap, lvrTupleSet. Deliberate: stacks too.
+    ListKind = 9,    // lvrVector, lvrDLList, lvrSortedArrayList
+    ClassKind = 11,  // lvrClass
   };
 
   // Makes an object of ObjectKind with count 0 and a fresh mutex. Bits 2-3 of the type byte, which
@@ -60,7 +60,7 @@ class TARSELVALUES_API lvReferencable {
   virtual lvArg getValue() const;
   // Returns 0. A hook for walks over object graphs that no class of the library uses.
   virtual int __mark();
-  // Returns the class key: the interned name of the class, here getStaticClassDesc().
+  // Returns the class key: the interned name of the class, here getStaticClassDesc(). Any thread.
   virtual lvString const& getClassDesc() const;
   // Drops what the object holds; runs when the last reference has gone, before the destructor, with
   // no lock held. It may run more than once and must then do no harm. Returns 0.
@@ -78,13 +78,13 @@ class TARSELVALUES_API lvReferencable {
   // What the object holds is released within its own end; more than 100 levels below the outermost
   // release an end may be put off, but it comes before the outermost call returns.
   // Dropping a reference that nobody took leaves a negative count and deletes nothing.
-  // An immortal object is never deleted: its count goes from 0 to 10000 instead.
+  // An immortal object is never deleted: its count goes from 0 to 10000 instead. Any thread.
   int __removeRef();
 
   // Sets both lifetime bits: the object is never deleted from then on. Any thread.
   void __makeImmortal();
 
-  // Returns the object's kind.
+  // Returns the object's kind. Any thread.
   Kind getKind() const {
     return static_cast<Kind>(typeByte_.load(std::memory_order_relaxed) >> KindShift);
   }
@@ -101,26 +101,30 @@ class TARSELVALUES_API lvReferencable {
                     std::memory_order_relaxed);
   }
 
-  // Bits 2-3 of the type byte, which are the derived class's own; lvrString uses both. Any thread.
-  static constexpr unsigned FirstOwnBit = 0x04;
-  static constexpr unsigned SecondOwnBit = 0x08;
+  // Bits 2-3 of the type byte, which are the derived class's own; lvrString uses both.
+  static constexpr unsigned FirstOwnBit = 0x04;   // bit 2
+  static constexpr unsigned SecondOwnBit = 0x08;  // bit 3
+  // Whether the bit is set. Any thread.
   bool hasOwnBit(unsigned bit) const {
     return (typeByte_.load(std::memory_order_relaxed) & bit) != 0;
   }
+  // Sets the bit. Any thread.
   void setOwnBit(unsigned bit) const {
     if (!hasOwnBit(bit)) {
       typeByte_.fetch_or(static_cast<std::uint8_t>(bit), std::memory_order_relaxed);
     }
   }
+  // Clears the bit. Any thread.
   void clearOwnBit(unsigned bit) const {
     if (hasOwnBit(bit)) {
       typeByte_.fetch_and(static_cast<std::uint8_t>(~bit), std::memory_order_relaxed);
     }
   }
 
-  // A number that is the derived class's own, 0 at first, in the bytes that the type byte leaves
-  // free. One thread at a time.
+  // Returns a number that is the derived class's own, 0 at first, in the bytes that the type byte
+  // leaves free.
   std::uint16_t getOwnNumber() const { return ownNumber_; }
+  // Sets that number.
   void setOwnNumber(std::uint16_t number) { ownNumber_ = number; }
 
   // Whether finalize() runs because the last reference has gone.

@@ -51,6 +51,7 @@ class TARSELVALUES_API lvString : public lvArg {
   // The process-wide table of entries: a fixed number of chains that grow without limit.
   class TARSELVALUES_API HashTable {
    public:
+    // Makes an empty table.
     HashTable();
     ~HashTable();
     HashTable(HashTable const&) = delete;
@@ -58,7 +59,9 @@ class TARSELVALUES_API lvString : public lvArg {
 
     // The lock of all chains, for callers of findStringObject(). It is not recursive: until
     // unlock() its holder must neither make interned strings nor drop references to them.
+    // Any thread.
     void writeLock();
+    // Gives the lock back. Any thread.
     void unlock();
 
    private:
@@ -100,7 +103,7 @@ class TARSELVALUES_API lvString : public lvArg {
   // for good. Assign a handle (s = lvString("x")) to release it.
   lvString& operator=(char const* text);
 
-  // Returns the handle to the "%d" text of `value`.
+  // Returns the handle to the "%d" text of `value`. Any thread.
   static lvString valueOf(int value);
 
   // --- Asking -----------------------------------------------------------------------------------
@@ -120,10 +123,11 @@ class TARSELVALUES_API lvString : public lvArg {
 
   using lvArg::compareTo;
 
-  // Byte index of the first or, for findRev, last occurrence; -1 when there is none, when the
-  // handle is nil or `searched` is null.
+  // Returns the byte index of the first occurrence; -1 when there is none, when the handle is nil or
+  // `searched` is null.
   int find(char c) const;
   int find(char const* searched) const;
+  // The same of the last occurrence.
   int findRev(char c) const;
 
   // Returns the byte at `i` as 0-255; -1 when nil or when `i` is outside the text.
@@ -133,14 +137,17 @@ class TARSELVALUES_API lvString : public lvArg {
   // The operands are unchanged; the results are interned.
 
   // `a` and the first `n` bytes of `text`. `a` itself when `text` is null or empty, when `n` is
-  // negative, or when the result would have no bytes.
+  // negative, or when the result would have no bytes. One thread at a time.
   static lvString concat(lvString const& a, char const* text, int n);
 
-  // Two nil handles give the empty string; one gives the other operand.
+  // The same with all of `b`. Two nil handles give the empty string; one gives the other operand.
+  // One thread at a time.
   static lvString concat(lvString const& a, lvString const& b);
 
+  // As concat(), with the whole of `text`.
   lvString operator+(char const* text) const;
   lvString operator+(lvString const& other) const;
+  // Makes the handle one to that concatenation.
   lvString& operator+=(char const* text);
   lvString& operator+=(lvString const& other);
 
@@ -163,7 +170,7 @@ class TARSELVALUES_API lvString : public lvArg {
   // must hold the table's lock, and keep it until it has taken a reference. A new entry has none.
   // `length` -1 measures the text; `hash` 0 computes lvrString::computeHashCode(), any other value
   // must be just that. Null for a null text, which writes a line to standard error.
-  // The empty text has one entry, whatever pointer and hash it is looked up with.
+  // The empty text has one entry, whatever pointer and hash it is looked up with. Any thread.
   static StringEntry* findStringObject(char const* text, int length, int mode, unsigned int hash);
 
   // The handle takes a reference to findStringObject()'s answer, or becomes nil. Requires the
@@ -197,9 +204,11 @@ inline bool operator==(char const* text, lvString const& string) {
   return string.compareTo(text) == 0;
 }
 inline bool operator==(lvString const& string, char const* text) { return text == string; }
+// Whether they are not.
 inline bool operator!=(char const* text, lvString const& string) { return !(text == string); }
 inline bool operator!=(lvString const& string, char const* text) { return !(text == string); }
 
 // Whether both handles have the same text; two nil handles do.
 inline bool operator==(lvString const& a, lvString const& b) { return a.compareTo(b) == 0; }
+// Whether they do not.
 inline bool operator!=(lvString const& a, lvString const& b) { return !(a == b); }

@@ -4,7 +4,8 @@
 // an integer from an integer or a string, turning any value into a string. The strings made here
 // are plain lvrString objects; lvString makes interned ones.
 //
-// Ownership, threads, bookkeeping bits: as for lvArg.
+// Ownership: as for lvArg, and so the bookkeeping bits.
+// Threads:   one thread at a time per cell.
 // Errors:    operations that return int answer 0. Out of memory for the string object, with which a
 //            text of up to 128 bytes is one block, is std::bad_alloc and leaves the cell as it was;
 //            out of memory for a longer text leaves a string without text and is not reported.

@@ -6,9 +6,11 @@
 
 #include "tarselvalues/core/Export.h"
 
-// Of these headers. The build system reads them from here.
+// MAJOR of these headers. The build system reads all three from here.
 #define TARSELVALUES_VERSION_MAJOR 1
+// MINOR of these headers.
 #define TARSELVALUES_VERSION_MINOR 0
+// PATCH of these headers.
 #define TARSELVALUES_VERSION_PATCH 0
 
 // Sets `major`, `minor` and `patch` to the release of the library that is loaded, which may be later

@@ -6,8 +6,8 @@
 // Ownership: an owned text is freed by the next setter and by finalize(), or with the object when
 //            both are one block of memory, as they are where the library makes a short string. A
 //            borrowed text must stay alive and unchanged for as long as the object has it.
-// Threads:   any number of threads may read one string; the hash cache is filled safely. Setters
-//            need the object for themselves.
+// Threads:   any thread may read a string, and many at once; the hash cache is filled safely.
+//            Setters need the object for themselves.
 // Errors:    setters answer 0, -12 (out of memory) or -38 (no text form) and then leave the string
 //            as it was.
 // No text:   a new string, and one that was released, has no text. It then compares as the empty
@@ -25,6 +25,7 @@
 
 class TARSELVALUES_API lvrString : public lvReferencable {
  public:
+  // Texts that may be borrowed.
   static char const strNil[];    // "(NIL)"
   static char const strNull[];   // "(NULL)"
   static char const strEmpty[];  // ""
@@ -34,15 +35,20 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   // for a text of no bytes: CopyAndOwnEmpty borrows strEmpty, all others leave the string without
   // text.
   // A copy made without bit 1 (modes 0 and 1) counts as borrowed and is never freed.
-  enum Mode : int { Borrow = 0, CopyAndOwn = 2, CopyAndOwnEmpty = 3 };
+  enum Mode : int {
+    Borrow = 0,           // the pointer as it is
+    CopyAndOwn = 2,       // a copy, freed with the string
+    CopyAndOwnEmpty = 3,  // the same; an empty text is there, and not missing
+  };
 
-  // Makes a string without text.
+  // Makes a string without text. One thread at a time.
   lvrString();
 
   // Returns a new string without text; the caller's first cell takes the first reference.
+  // Any thread.
   static lvReferencable* defaultCtorMethod();
 
-  // Returns the interned "String".
+  // Returns the interned "String". Any thread.
   static lvString const& getStaticClassDesc();
 
   // 1 when the texts are equal. Deliberate: for an object that is no string the answer is the
@@ -59,34 +65,37 @@ class TARSELVALUES_API lvrString : public lvReferencable {
 
   lvString const& getClassDesc() const override;
 
-  // As releaseData().
+  // As releaseData(). One thread at a time.
   int finalize() override;
 
+  // Frees the text if the string owns it. One thread at a time.
   ~lvrString() override;
 
   // Declaration order is the binary interface: append only, and in derived classes only.
 
   // Takes the text of a value: "(NIL)" (borrowed) for nil, "%d" of an integer, "%08x" of a raw
   // address, a copy of another string's text. Integers and addresses from -2048 to 2047 are cached
-  // for getInteger(). Any other value answers -38.
+  // for getInteger(). Any other value answers -38. One thread at a time.
   virtual int setFrom(lvArg const& value);
 
   // Returns a cell that references this string.
   virtual lvArg toString() const;
 
   // Replaces the text; what it held is freed once the new text is there. `length` -1 means
-  // strlen(text). The text may lie inside the string's own.
+  // strlen(text). The text may lie inside the string's own. One thread at a time.
   int setStringData(char const* text, int length, int mode);
 
   // As setStringData(), but an owned old text is leaked: for strings without text only.
+  // One thread at a time.
   int setStringDataFast(char const* text, int length, int mode);
 
   // Joins `n` pieces. `lengths` is null (every piece is measured) or holds `n` lengths; negative
   // ones are measured. Deliberate: the measured value is written back into the caller's array.
-  // A null piece counts as empty.
+  // A null piece counts as empty. One thread at a time.
   int setStringDataFast(int n, char const** pieces, int* lengths, int mode);
 
   // Frees an owned text; the string has no text then. A borrowed text stays. Returns 0.
+  // One thread at a time.
   int releaseData();
 
   // Returns the number of bytes before the terminating NUL. Of a text of 65535 bytes or more only
@@ -113,7 +122,7 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   // The hash of `length` bytes: h = 177573 + the first byte, then h = h * 33 + byte over all bytes,
   // then h + length * 257, with 32-bit wrap-around. Deliberate: from 18 bytes on only the 17 bytes
   // before the last one are mixed in, so long texts that differ elsewhere may share a hash. For
-  // length 0 the byte at `text` still counts.
+  // length 0 the byte at `text` still counts. Any thread.
   static unsigned int computeHashCode(char const* text, int length);
 
   // Whether this is an entry of the table of interned strings.

@@ -28,5 +28,6 @@ class TARSELVALUES_API lvClass : public lvArg {
 
   // Borrows the descriptor; null when the handle holds none.
   lvrClass* getClass() const;
+  // As getClass().
   lvrClass* operator->() const { return getClass(); }
 };

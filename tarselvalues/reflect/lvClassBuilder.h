@@ -23,7 +23,7 @@
 //
 // Ownership: the builder, the registry and whoever calls build() hold the class. The names of
 //            fields and methods must live until build().
-// Threads:   one thread at a time; before other threads use the registry.
+// Threads:   before threads start that use the class or the registry.
 // Errors:    what cannot be described does not compile. build() gives a nil handle, registerClass()
 //            -1, when a table cannot be filled: a kind takes 65535 entries at most.
 // Cost:      makes one object of the class for each field, to find out where the field lies.
@@ -56,6 +56,7 @@ class lvClassBuilder {
   static_assert(std::is_default_constructible_v<T>, "the library makes default objects");
 
  public:
+  // For a class called `name` without superclass.
   explicit lvClassBuilder(char const* name)
       : className(name), described(1, className, &makeDefault) {}
 

@@ -6,8 +6,8 @@
 // other kinds stand for is the program's own. lvClassBuilder fills the tables from member pointers.
 //
 // Ownership: holds references to its name, its superclass and its tables' names.
-// Threads:   one thread at a time while it is set up; any number may ask it afterwards, and use it
-//            on objects of their own.
+// Threads:   any thread may ask a descriptor that is set up, and use it on objects of its own.
+//            Setting it up comes before threads start that do.
 // Errors:    -1, with nothing changed: for an index outside of a table, too, and for an entry that
 //            was never filled in. Out of memory is -1 or std::bad_alloc.
 // Cost:      an interned name is found in a few steps, any other as a key of a hash map is.
@@ -30,27 +30,30 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
   // The kinds of table. Odd kinds describe functions that are called without an object. An entry is
   // one machine word, or two for member functions.
   enum OffsetTableType : unsigned int {
-    Fields = 0,  // byte offsets of lvArg fields, from the object's lvReferencable on
-    Functions1 = 1,
-    Methods2 = 2,
-    Functions3 = 3,
-    Methods4 = 4,
-    Functions5 = 5,
-    Fields6 = 6,
-    Functions7 = 7,
-    Methods8 = 8,
-    Functions9 = 9,
+    Fields = 0,      // byte offsets of lvArg fields, from the object's lvReferencable on
+    Functions1 = 1,  // plain functions
+    Methods2 = 2,    // member functions
+    Functions3 = 3,  // plain functions
+    Methods4 = 4,    // member functions
+    Functions5 = 5,  // plain functions
+    Fields6 = 6,     // byte offsets of lvArg fields
+    Functions7 = 7,  // plain functions
+    Methods8 = 8,    // member functions
+    Functions9 = 9,  // plain functions
   };
+  // How many kinds there are.
   static constexpr unsigned int TableCount = 10;
 
-  // The shapes of what is called through the tables. What it returns is ignored.
+  // The shape of a member function that is called through the tables. What it returns is ignored.
   using Method = void (lvReferencable::*)(lvArg& result, lvArg const& argument);
+  // The same with several arguments.
   using MethodNArgs = void (lvReferencable::*)(lvArg& result, lvArg const* arguments, int count);
+  // The shape of a plain function.
   using Function = void(lvArg& result, lvArg const* arguments, int count);
 
   // One table.
   struct GenericMemberOffsetTable {
-    std::uint16_t count = 0;
+    std::uint16_t count = 0;      // of entries
     std::uint8_t entryWidth = 0;  // in bytes
     void* entries = nullptr;      // from malloc
     lvArg names;                  // nil, or an lvrHashMap from name to index
@@ -58,14 +61,14 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
 
   // Makes a descriptor without name, superclass and constructor.
   lvrClass();
-  // Deliberate: the number is accepted and not stored. `ctor` may be null.
+  // Makes a descriptor. Deliberate: the number is accepted and not stored. `ctor` may be null.
   lvrClass(unsigned int, lvArg const& name, DefaultCtor* ctor);
   lvrClass(unsigned int, lvArg const& name, lvArg const& superclass, DefaultCtor* ctor);
 
-  // Returns a new descriptor, as lvrClass() makes it.
+  // Returns a new descriptor, as lvrClass() makes it. Any thread.
   static lvReferencable* defaultCtorMethod();
 
-  // Returns the interned "Class".
+  // Returns the interned "Class". Any thread.
   static lvString const& getStaticClassDesc();
 
   lvString const& getClassDesc() const override;
@@ -75,11 +78,13 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
 
   // Declaration order is the binary interface: append only, and in derived classes only.
 
-  // Sets the name, normally an interned string; -1 when there is one already.
+  // Sets the name, normally an interned string; -1 when there is one already. Before threads
+  // start.
   virtual int setClassName(lvArg const& name);
   // Assigns the name to `out`. Returns 0.
   virtual int getClassName(lvArg& out) const;
   // Sets the superclass; -1 when there is one already, or when `superclass` holds no class.
+  // Before threads start.
   virtual int setSuperClass(lvArg const& superclass);
   // Assigns the superclass to `out`. Returns 0.
   virtual int getSuperClass(lvArg& out) const;
@@ -100,11 +105,14 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
   // --- Fields -----------------------------------------------------------------------------------
   // Of the even kinds with one-word entries; return 0 or -1.
 
+  // Assigns `value` to the field.
   int setFieldAt(lvReferencable& object, lvArg const& value, OffsetTableType kind, int index) const;
+  // Assigns the field to `out`.
   int getFieldAt(lvArg& out, lvReferencable const& object, OffsetTableType kind, int index) const;
 
-  // The same in the table of kind Fields, by name.
+  // As setFieldAt() in the table of kind Fields, by name.
   int setObjectField(lvReferencable& object, lvArg const& name, lvArg const& value) const;
+  // As getFieldAt() in the table of kind Fields, by name.
   int getObjectField(lvArg& out, lvReferencable const& object, lvArg const& name) const;
 
   // --- Methods ----------------------------------------------------------------------------------
@@ -127,19 +135,25 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
   // Return 0 or -1. Entries of the nearest superclass that has a table of the kind come first.
 
   // Makes a table from `n` entries at `table`, with `gap` bytes between them (-1: an entry's
-  // width). 0 with nothing done for a null table; -1 when there is a table already.
+  // width). 0 with nothing done for a null table; -1 when there is a table already. Before threads
+  // start.
   int setDirectObjectOffsets(OffsetTableType kind, int n, void const* table, int gap);
 
-  // The same, with as many names.
+  // The same, with as many names. Before threads start.
   int setDirectObjectNamedOffsets(OffsetTableType kind, int n, void const* table,
                                   char const* const* names);
 
   // The same from `n` pairs: an entry, and a char const* at the start of a slot of the same width.
+  // Before threads start.
   int setDirectObjectInterleavedNamedOffsets(OffsetTableType kind, int n, void const* table);
 
-  // The steps of the above.
+  // A step of the above: sees to it that there is room for tables. Before threads start.
   int needReflection();
+  // A step of the above: sees to it that there is a table of the kind; a new one has `n` entries, 0
+  // but for those of `base`, where not null, which come first. Before threads start.
   int needOffsetTable(OffsetTableType kind, int n, GenericMemberOffsetTable const* base);
+  // A step of the above: sees to it that the table of the kind, with `n` entries, can take names; -1
+  // when there is no table. Before threads start.
   int needNames(OffsetTableType kind, int n);
 
   // --- For the library itself; not exported -----------------------------------------------------

@@ -6,8 +6,7 @@
 // Deliberate: the default object of "HashMap" is a vector.
 //
 // Ownership: the registry holds references to names and classes, which it never gives up.
-// Threads:   getInstance() any thread. putClass() before other threads use the registry; getClass()
-//            any number of threads afterwards.
+// Threads:   any thread may ask for classes. They are put in before threads start that ask.
 // Errors:    out of memory is std::bad_alloc; the next getInstance() goes on where one failed.
 // Cost:      an interned name is found in a few steps, any other by bisection, as are all beyond
 //            the first 120 names.
@@ -21,7 +20,7 @@
 class TARSELVALUES_API lvtClassRegistry {
  public:
   // Returns the one registry of the process, which the first call makes and fills. It is never
-  // destroyed.
+  // destroyed. Any thread.
   static lvtClassRegistry* getInstance();
 
   // Makes an empty registry.
@@ -33,12 +32,13 @@ class TARSELVALUES_API lvtClassRegistry {
 
   virtual ~lvtClassRegistry();
   // Registers a class under a name. Returns 0, or -1 when the name is taken: the first class stays.
+  // Before threads start.
   virtual int putClass(lvArg const& name, lvArg const& classHandle);
   // Returns the class of that name, nil for an unknown one.
   virtual lvArg getClass(lvArg const& name);
 
   // Registers the built-in classes, through putClass(), so that a derived registry may intercept
-  // them.
+  // them. Before threads start.
   void addBuiltinClasses();
 
  private:

@@ -25,11 +25,12 @@ class TARSELVALUES_API lvArgDest {
   // The kinds of level that enter() opens, as integer cells. An object's level is opened with the
   // handle of its class instead.
   enum FrameKind : int {
-    MapFrame = 24,
-    VectorFrame = 25,
-    TupleFrame = 32,  // one key and one value, inside a map
+    MapFrame = 24,     // tuples
+    VectorFrame = 25,  // elements
+    TupleFrame = 32,   // one key and one value, inside a map
   };
 
+  // For derived classes.
   lvArgDest() = default;
   lvArgDest(lvArgDest const&) = delete;
   lvArgDest& operator=(lvArgDest const&) = delete;
@@ -52,9 +53,15 @@ class TARSELVALUES_API lvArgDest {
 
   // For sinks that write into a buffer, and for the two-step set-up: settings fixed at construction
   // (initOnce, cleanupOnce), state of one use (init, cleanup). Here they do nothing and return 0.
+
+  // Starts on a buffer.
   virtual void setStringBuffer(char* buffer, int size);
+  // Begins one use.
   virtual int init();
+  // Makes the settings of a new sink.
   virtual int initOnce();
+  // Ends one use.
   virtual int cleanup();
+  // Undoes initOnce().
   virtual int cleanupOnce();
 };

@@ -22,6 +22,7 @@ class TARSELVALUES_API lvArgSource {
     SOURCE_END = 9,          // the input is used up
   };
 
+  // For derived classes.
   lvArgSource() = default;
   lvArgSource(lvArgSource const&) = delete;
   lvArgSource& operator=(lvArgSource const&) = delete;

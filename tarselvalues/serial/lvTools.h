@@ -1,6 +1,6 @@
 // One-call conversion between values and the text format.
 //
-// Threads: any, each call with values of its own.
+// Threads: any thread, each call with values of its own.
 #pragma once
 
 #include "tarselvalues/core/Export.h"

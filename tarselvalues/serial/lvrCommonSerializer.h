@@ -7,7 +7,7 @@
 // ends one at its 32nd level).
 //
 // Ownership: objects that are read belong to the cells that they are read into.
-// Threads:   no state; any thread, with a sink or source of its own.
+// Threads:   any thread, with values and a sink or source of its own: there is no state.
 // Errors:    the status values below, or what the sink or source answered. Problems of a class are
 //            also named on standard output. Out of memory is std::bad_alloc.
 // Example:   README.md, "A first program" (through lvToolsToString and lvToolsFromString)
@@ -31,9 +31,10 @@ class TARSELVALUES_API lvrCommonSerializer : public lvReferencable {
     CS_ERR_REF_SETUP_ERROR = -6,    // a field of the new object could not be set
   };
 
-  // Returns the interned "CommonSerializer".
+  // Returns the interned "CommonSerializer". Any thread.
   static lvString const& getStaticClassDesc();
 
+  // Makes a serializer; one is enough for all.
   lvrCommonSerializer();
   lvString const& getClassDesc() const override;
   int finalize() override;
@@ -47,11 +48,11 @@ class TARSELVALUES_API lvrCommonSerializer : public lvReferencable {
   // Writes one entry of a map.
   int serializeTupleInto(lvArgDest& dest, lvArg const& key, lvArg const& value);
 
-  // Write what a cell of MapType or ListType holds; -2 unless that is a map or an lvrVector (other
-  // lists are refused).
+  // Writes what a cell of MapType holds; -2 unless that is a map.
   // Deliberate: when an element fails the level is aborted and left, and the answer is 0 if leaving
   // works. The text writer closes such a level twice.
   int serializeMapInto(lvArgDest& dest, lvArg const& value);
+  // The same for a cell of ListType; -2 unless that holds an lvrVector: other lists are refused.
   int serializeVectorInto(lvArgDest& dest, lvArg const& value);
 
   // Writes an object through its class; -2 if nobody registered that. An object in which a field
@@ -77,10 +78,11 @@ class TARSELVALUES_API lvrCommonSerializer : public lvReferencable {
   // A missing value is nil; without any item the key is nil and the value is left alone. Always 0.
   int deserializeTupleInto(lvArg& key, lvArg& value, lvArgSource& src);
 
-  // Read the rest of a frame into what is there already. Items that fail, items outside of a tuple,
-  // and elements beyond a vector's limit are dropped; -1 for another frame than a tuple in a map,
-  // and for a handle that holds no map or no list.
+  // Reads the rest of a frame into a map that is there already. Items that fail, and items outside
+  // of a tuple, are dropped; -1 for another frame than a tuple, and for a handle that holds no map.
   int deserializeMapContentsInto(lvHashMap& map, lvArgSource& src);
+  // Reads the rest of a frame into a list that is there already. Items that fail, and elements
+  // beyond a vector's limit, are dropped; -1 for a handle that holds no list.
   int deserializeVectorContentsInto(lvVector& vector, lvArgSource& src);
 
   // Reads the rest of an object of the named class.

@@ -79,8 +79,9 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   // Does nothing. Returns 0.
   int cleanupOnce() override;
 
-  // Borrow what was written; not NUL-terminated before terminate().
+  // Borrows what was written; not NUL-terminated before terminate().
   char const* getStringData() const { return buffer_; }
+  // Returns its length in bytes.
   int getStringLength() const { return length_; }
 
   // Moves the place where the next byte goes; -1 unless 0 <= offset < capacity.
@@ -102,15 +103,17 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   // ROOM_ERROR where there are fewer. A null text counts as empty.
   int outputQuotedString(char** cursor, int* room, char const* text, int count);
 
-  // The stack of open levels: -1 when it is full; the kind is true for a tuple level, and false
-  // when no level is open.
+  // Puts a level on the stack of open levels, which is a tuple or not; -1 when the stack is full.
   int pushMapStack(bool tuple);
+  // Whether the innermost open level is a tuple; false when no level is open.
   bool peekMapStack() const;
+  // The same, and takes that level off the stack.
   bool popMapStack();
 
-  // Append as they stand; -1 when they do not fit. insertChar() may take the buffer's last byte,
-  // insertString() leaves one free. A negative `count` measures; a null text counts as empty.
+  // Appends a byte as it stands; -1 when it does not fit. It may take the buffer's last byte.
   int insertChar(int c);
+  // Appends bytes as they stand; -1 when they do not fit with one byte left free. A negative `count`
+  // measures; a null text counts as empty.
   int insertString(char const* text, int count);
 
  private:

@@ -59,10 +59,10 @@ class TARSELVALUES_API lvtStringArgSource : public lvArgSource {
   // Reads the next token. `out` is set for integers, strings and overflows only.
   int getNextToken(lvArg& out) override;
 
-  // Start on a text, or anew. All return 0, and none resets the count of errors; initParse() keeps
-  // the position in the text, too.
+  // Starts on a text. Returns 0. The count of errors stays.
   int setSource(char const* newText, int newLength);
   int setSource(lvString const& newText);
+  // Starts anew at the position in the text. Returns 0. The count of errors stays.
   int initParse();
   // Nothing to do; kept as the counterpart of the writer's.
   int initOnce();
