@@ -13,6 +13,7 @@ packages_for_check=(
   ccache
   clang-format
   clang-tidy
+  doxygen
   g++
   g++-i686-linux-gnu
   gcovr
