@@ -10,9 +10,11 @@
 #include "support/TextWriter.h"
 #include "support/UnusualObjects.h"
 #include "support/ValueTrees.h"
+#include "tarselvalues/containers/LayoutAccess.h"
 #include "tarselvalues/containers/lvrDLList.h"
 #include "tarselvalues/containers/lvrSortedArrayList.h"
 #include "tarselvalues/containers/lvrStack.h"
+#include "tarselvalues/serial/lvTools.h"
 #include "tarselvalues/serial/lvtStringArgSource.h"
 
 namespace {
@@ -267,6 +269,28 @@ TEST(SerializerOddities, ObjectTakesTheValuesOfAFailedOneForItsOwn) {
   EXPECT_EQ(test::printedBy([&] { outcome = readItem("*Segment{0,*Nope{1,2},3}"); }),
             "CS_ERR_UNKNOWN_CLASS_KEY\n");
   EXPECT_EQ(outcome, "*Segment{0,1,2}");
+}
+
+unsigned int bucketsOf(lvArg const& map) {
+  auto const& object = static_cast<lvrHashMap const&>(*map.getReferencable());
+  return lvLayoutAccess<lvrHashMap>::hashSize(object);
+}
+
+TEST(SerializerOddities, AMapIsReadBackWithSixBucketsWhateverItHad) {
+  for (int const size : {7, 1, 100}) {
+    lvHashMap const map(size);
+    map->put(lvString("key"), integer(1));
+    int consumed = 0;
+    EXPECT_EQ(bucketsOf(lvToolsFromString(lvToolsToString(map), consumed)), 6U);
+  }
+}
+
+TEST(SerializerOddities, AMapThatIsReadIntoKeepsItsBuckets) {
+  lvHashMap map{lvArg(*lvrHashMap::defaultCtorMethod())};
+  lvtStringArgSource parser("(key=1)}", -1);
+  EXPECT_EQ(test::HeldSerializer()->deserializeMapContentsInto(map, parser), 0);
+  EXPECT_EQ(map->getSize(), 1);
+  EXPECT_EQ(bucketsOf(map), 7U);
 }
 
 TEST(SerializerOddities, HashMapMadeByItsNameIsAVector) {
