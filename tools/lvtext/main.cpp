@@ -29,11 +29,13 @@ constexpr int MaxFields = 65535;
 
 constexpr char Usage[] =
     "Usage: lvtext print [--class NAME=FIELDS]... [FILE|-]\n"
+    "       lvtext --help\n"
     "\n"
     "Reads the values in FILE, or in standard input, and prints each as text on a line of\n"
     "its own. What had to be skipped is reported on standard error as FILE:LINE:COLUMN.\n"
     "\n"
     "  --class NAME=FIELDS  Read objects *NAME{...} of that many fields, 1 to 65535.\n"
+    "  --help               Print this text.\n"
     "\n"
     "Exit status: 0 if all of the text was read, 1 if some of it was skipped or it ends\n"
     "inside a value, 2 if FILE cannot be read.\n";
