@@ -6,6 +6,7 @@ DOXYFILE is the one that the manual of the library is made with.
 """
 
 import contextlib
+import functools
 import io
 import os
 import subprocess
@@ -70,7 +71,7 @@ class Manual:
                 file.write(header)
             with open(DOXYFILE, encoding="utf-8") as file:
                 settings = file.read()
-            settings += f'\nINPUT = "{path}"\nOUTPUT_DIRECTORY = "{folder}"\n'
+            settings += f'\nINPUT = "{path}"\nOUTPUT_DIRECTORY = "{folder}"\nGENERATE_HTML = NO\n'
             run = subprocess.run([DOXYGEN, "-"], input=settings, capture_output=True, text=True,
                                  check=False)
             self.status, self.complaints = run.returncode, run.stderr
@@ -84,21 +85,26 @@ class Manual:
                 self.page = file.read()
 
 
+@functools.lru_cache
+def manual_of_toy():
+    return Manual(TOY)
+
+
 def filtered(header):
     return doc_filter.Filter("lvToy.h", header.split("\n")).run()
 
 
 class AManual(unittest.TestCase):
     def test_is_made_of_a_header_in_which_all_is_documented(self):
-        manual = Manual(TOY)
+        manual = manual_of_toy()
         self.assertEqual((manual.status, manual.complaints), (0, ""))
         self.assertEqual((manual.check_status, manual.check_complaints), (0, ""))
 
     def test_shows_lines_that_are_indented_as_they_stand(self):
-        self.assertIn("  word 0   what it is\n", Manual(TOY).page)
+        self.assertIn("  word 0   what it is\n", manual_of_toy().page)
 
     def test_shows_what_the_comments_say(self):
-        page = Manual(TOY).page
+        page = manual_of_toy().page
         for text in ("Plays \\fCcount\\fP times", "from a tree", "What a toy is made of", "any thread"):
             self.assertIn(text, page)
 
