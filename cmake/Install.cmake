@@ -2,8 +2,9 @@
 #
 #   runtime  the shared library
 #   dev      headers, the link to the library, the files for find_package() and pkg-config
-#   tools    lvtext
-#   doc      the manual
+#   tools    lvtext and its manual page
+#   doc      the documents, examples and manual pages; with TARSELVALUES_BUILD_DOCS, the manual of the
+#            headers
 #   gdb      what gdb needs to print values
 
 include(CMakePackageConfigHelpers)
@@ -44,4 +45,24 @@ if(TARGET lvtext)
     OUTPUT_VARIABLE way_to_library)
   set_target_properties(lvtext PROPERTIES INSTALL_RPATH "$ORIGIN/${way_to_library}")
   install(TARGETS lvtext RUNTIME COMPONENT tools)
+  install(FILES "${PROJECT_SOURCE_DIR}/docs/man/lvtext.1"
+    DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tools)
+endif()
+
+# As they stand beside each other here, so that links from one to another lead there.
+install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc
+  FILES_MATCHING PATTERN "*.md" PATTERN "man" EXCLUDE)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc
+  PATTERN "CMakeLists.txt" EXCLUDE)
+install(FILES "${PROJECT_SOURCE_DIR}/docs/man/tarselvalues.7"
+  DESTINATION "${CMAKE_INSTALL_MANDIR}/man7" COMPONENT doc)
+if(TARSELVALUES_BUILD_DOCS)
+  install(DIRECTORY "${PROJECT_BINARY_DIR}/docs/html" DESTINATION "${CMAKE_INSTALL_DOCDIR}"
+    COMPONENT doc)
+  # A page for each class; of the headers, those that have more than one class to tell about.
+  install(DIRECTORY "${PROJECT_BINARY_DIR}/docs/man/man3" DESTINATION "${CMAKE_INSTALL_MANDIR}"
+    COMPONENT doc
+    FILES_MATCHING REGEX "/([A-Za-z_]+|(lvTools|lvVersion|lvString)\\.h)\\.3$")
 endif()

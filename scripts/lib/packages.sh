@@ -18,6 +18,7 @@ packages_for_check=(
   g++-i686-linux-gnu
   gcovr
   googletest
+  groff-base
   python3
   valgrind
 )
