@@ -28,10 +28,21 @@ install(FILES
   "${PROJECT_BINARY_DIR}/tarselvalues-config-version.cmake"
   DESTINATION "${config_directory}" COMPONENT dev)
 
-# Absolute directories as they are, which is what the system's own packages say.
+# The file for pkg-config says where it lies itself, so that the folder may be another than was
+# configured, and may be moved; but the system's own folder by name, for only then does pkg-config
+# know that compilers search there anyway.
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  set(PKGCONFIG_PREFIX "/usr")
+else()
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
+    BASE_DIRECTORY "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" OUTPUT_VARIABLE way_to_prefix)
+  set(PKGCONFIG_PREFIX "\${pcfiledir}/${way_to_prefix}")
+endif()
 foreach(kind LIB INCLUDE)
-  cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_${kind}DIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}"
-    OUTPUT_VARIABLE PKGCONFIG_${kind}DIR)
+  set(PKGCONFIG_${kind}DIR "${CMAKE_INSTALL_${kind}DIR}")
+  if(NOT IS_ABSOLUTE "${PKGCONFIG_${kind}DIR}")
+    string(PREPEND PKGCONFIG_${kind}DIR "\${prefix}/")
+  endif()
 endforeach()
 configure_file("${CMAKE_CURRENT_LIST_DIR}/tarselvalues-mt.pc.in"
   "${PROJECT_BINARY_DIR}/tarselvalues-mt.pc" @ONLY)

@@ -1,0 +1,7 @@
+# The program finds the library in PREFIX with find_package(), and runs.
+cmake_minimum_required(VERSION 3.25)
+include("${CMAKE_CURRENT_LIST_DIR}/Steps.cmake")
+
+make_consumer(consumer)
+build_consumer()
+run_consumer("${WORK}/build/consumer")
