@@ -11,6 +11,7 @@ packages_for_demo=(
 packages_for_check=(
   "${packages_for_demo[@]}"
   ccache
+  clang-14
   clang-format
   clang-tidy
   doxygen
@@ -19,6 +20,7 @@ packages_for_check=(
   gcovr
   googletest
   groff-base
+  pkg-config
   python3
   valgrind
 )

@@ -3,5 +3,5 @@ cmake_minimum_required(VERSION 3.25)
 include("${CMAKE_CURRENT_LIST_DIR}/Steps.cmake")
 
 make_consumer(consumer)
-build_consumer()
+build_consumer("-DCMAKE_PREFIX_PATH=${PREFIX}")
 run_consumer("${WORK}/build/consumer")

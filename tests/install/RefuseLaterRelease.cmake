@@ -9,7 +9,7 @@ foreach(asked "${VERSION_MAJOR}.99" "${later_major}.0")
   string(REGEX REPLACE "(find_package.tarselvalues) [0-9.]+" "\\1 ${asked}" text "${text}")
   file(WRITE "${WORK}/CMakeLists.txt" "${text}")
 
-  configure_consumer(status errors)
+  configure_consumer(status errors "-DCMAKE_PREFIX_PATH=${PREFIX}")
   if(status EQUAL 0)
     message(FATAL_ERROR "taken for release ${asked}, but it is ${VERSION}")
   elseif(NOT errors MATCHES "requested[ \n]+version[ \n]+\"${asked}\"")

@@ -4,13 +4,14 @@ include("${SETTINGS}")
 # make_consumer(WAY): makes the folder WORK anew, with the program and the CMakeLists.txt of WAY.
 function(make_consumer way)
   file(REMOVE_RECURSE "${WORK}")
-  file(COPY "${SOURCE}/tests/install/consumer/" DESTINATION "${WORK}")
-  file(COPY "${SOURCE}/tests/install/${way}/" DESTINATION "${WORK}")
+  set(folder "${SOURCE}/tests/install")
+  file(COPY "${folder}/consumer/consumer.cpp" "${folder}/consumer/expected.txt"
+            "${folder}/${way}/CMakeLists.txt" DESTINATION "${WORK}")
 endfunction()
 
-# configure_consumer(STATUS ERRORS): configures it for the target, and tells how that ended.
+# configure_consumer(STATUS ERRORS OPTION...): configures it for the target, and tells how that ended.
 function(configure_consumer status_variable errors_variable)
-  set(options "-DCMAKE_PREFIX_PATH=${PREFIX}" -DCMAKE_BUILD_TYPE=Release)
+  set(options -DCMAKE_BUILD_TYPE=Release ${ARGN})
   if(TOOLCHAIN)
     list(APPEND options "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}")
   else()
@@ -22,9 +23,9 @@ function(configure_consumer status_variable errors_variable)
   set(${errors_variable} "${errors}" PARENT_SCOPE)
 endfunction()
 
-# build_consumer(): configures and builds it.
+# build_consumer(OPTION...): configures and builds it.
 function(build_consumer)
-  configure_consumer(status errors)
+  configure_consumer(status errors ${ARGN})
   if(NOT status EQUAL 0)
     message(FATAL_ERROR "cannot be configured:\n${errors}")
   endif()
