@@ -15,6 +15,6 @@ foreach(header IN LISTS headers)
   list(APPEND sources "${source}")
 endforeach()
 execute_process(
-  COMMAND ${COMPILER} -std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Werror -fsyntax-only
+  COMMAND "${COMPILER}" -std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Werror -fsyntax-only
           -I "${PREFIX}/include" ${sources}
   WORKING_DIRECTORY "${WORK}" COMMAND_ERROR_IS_FATAL ANY)

@@ -1,9 +1,10 @@
-# find_package() takes the library for no later release than it is: neither a minor nor a major one.
+# find_package() takes the library neither for a later release than it is nor for an earlier major one.
 cmake_minimum_required(VERSION 3.25)
 include("${CMAKE_CURRENT_LIST_DIR}/Steps.cmake")
 
 math(EXPR later_major "${VERSION_MAJOR} + 1")
-foreach(asked "${VERSION_MAJOR}.99" "${later_major}.0")
+math(EXPR earlier_major "${VERSION_MAJOR} - 1")
+foreach(asked "${VERSION_MAJOR}.99" "${later_major}.0" "${earlier_major}.9")
   make_consumer(consumer)
   file(READ "${WORK}/CMakeLists.txt" text)
   string(REGEX REPLACE "(find_package.tarselvalues) [0-9.]+" "\\1 ${asked}" text "${text}")
