@@ -77,3 +77,14 @@ if(TARSELVALUES_BUILD_DOCS)
     COMPONENT doc
     FILES_MATCHING REGEX "/([A-Za-z_]+|(lvTools|lvVersion|lvString)\\.h)\\.3$")
 endif()
+
+# `cpack` packs all of it into one archive, for systems that know no packages of Debian's. It may be
+# unpacked anywhere.
+if(PROJECT_IS_TOP_LEVEL)
+  set(CPACK_GENERATOR TGZ)
+  set(CPACK_PACKAGE_FILE_NAME "tarselvalues-${PROJECT_VERSION}-${CMAKE_SYSTEM_PROCESSOR}")
+  set(CPACK_STRIP_FILES ON)
+  set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
+      "Dynamically typed values, with a text format, for small devices")
+  include(CPack)
+endif()
