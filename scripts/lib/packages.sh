@@ -10,6 +10,7 @@ packages_for_demo=(
 
 packages_for_check=(
   "${packages_for_demo[@]}"
+  abigail-tools
   ccache
   clang-14
   clang-format
@@ -39,6 +40,16 @@ packages_for_counts=(
   "${packages_for_demo[@]}"
   ccache
   g++
+  googletest
+  python3
+)
+
+packages_for_abi=(
+  "${packages_for_demo[@]}"
+  abigail-tools
+  ccache
+  g++
+  g++-i686-linux-gnu
   googletest
   python3
 )
