@@ -1,4 +1,4 @@
-// The layout that compiled programs and debugger scripts rely on.
+// The layout and the numbers that compiled programs and debugger scripts rely on.
 
 #include "tarselvalues/containers/LayoutAccess.h"
 #include "tarselvalues/containers/lvHashMap.h"
@@ -106,5 +106,12 @@ static_assert(!isIlp32 || (Vector::elementsOffset == 40 && Vector::allocedOffset
                            sizeof(lvrVector) == 56));
 static_assert(!isIlp32 || (VectorCursor::positionOffset == 4 && VectorCursor::vectorOffset == 8 &&
                            sizeof(lvrVector::RealEnumerator) == 12));
+
+// The numbers that programs are compiled with.
+static_assert(lvrVector::InsertAction == 0 && lvrVector::RemoveAction == 1 &&
+              lvrVector::ClearAction == 2 && lvrVector::MaxSize == 65535);
+static_assert(lvrStack::PushAction == 0 && lvrStack::PopAction == 1 && lvrStack::PokeAction == 2 &&
+              lvrStack::MaxSize == 65535);
+static_assert(lvrTupleSet::InsertEqualKeys == 1);
 
 }  // namespace

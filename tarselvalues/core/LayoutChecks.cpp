@@ -1,4 +1,4 @@
-// The layout that compiled programs and debugger scripts rely on.
+// The layout and the numbers that compiled programs and debugger scripts rely on.
 
 #include <pthread.h>
 
@@ -39,5 +39,15 @@ static_assert(!isIlp32 || (String::textOffset == 36 && String::lengthOffset == 4
                            String::flagsOffset == 42 && String::cachedHashOffset == 44 &&
                            sizeof(lvrString) == 48));
 static_assert(!isIlp32 || (Entry::nextOffset == 48 && sizeof(lvString::StringEntry) == 52));
+
+// The numbers that programs are compiled with.
+static_assert(lvArg::NilType == 0 && lvArg::IntType == 5 && lvArg::PointerType == 12 &&
+              lvArg::ReferenceFlag == 16 && lvArg::ObjectType == 18 && lvArg::StringType == 19 &&
+              lvArg::MapType == 24 && lvArg::ListType == 25 && lvArg::ClassType == 27);
+static_assert(lvReferencable::ObjectKind == 2 && lvReferencable::StringKind == 3 &&
+              lvReferencable::MapKind == 8 && lvReferencable::ListKind == 9 &&
+              lvReferencable::ClassKind == 11);
+static_assert(lvrString::Borrow == 0 && lvrString::CopyAndOwn == 2 &&
+              lvrString::CopyAndOwnEmpty == 3);
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The layout that compiled programs and debugger scripts rely on.
+// The layout and the numbers that compiled programs and debugger scripts rely on.
 
 #include "tarselvalues/reflect/LayoutAccess.h"
 
@@ -28,5 +28,11 @@ static_assert(offsetof(lvrClass::GenericMemberOffsetTable, count) == 0 &&
 static_assert(!isIlp32 || (Class::defaultCtorOffset == 36 && Class::superClassOffset == 40 &&
                            Class::classNameOffset == 48 && Class::reflectionOffset == 56 &&
                            sizeof(lvrClass) == 60));
+
+// The numbers that programs are compiled with.
+static_assert(lvrClass::Fields == 0 && lvrClass::Functions1 == 1 && lvrClass::Methods2 == 2 &&
+              lvrClass::Functions3 == 3 && lvrClass::Methods4 == 4 && lvrClass::Functions5 == 5 &&
+              lvrClass::Fields6 == 6 && lvrClass::Functions7 == 7 && lvrClass::Methods8 == 8 &&
+              lvrClass::Functions9 == 9 && lvrClass::TableCount == 10);
 
 }  // namespace

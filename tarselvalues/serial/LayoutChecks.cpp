@@ -1,6 +1,7 @@
-// The layout that compiled programs and debugger scripts rely on.
+// The layout and the numbers that compiled programs and debugger scripts rely on.
 
 #include "tarselvalues/serial/LayoutAccess.h"
+#include "tarselvalues/serial/lvrCommonSerializer.h"
 
 namespace {
 
@@ -40,5 +41,22 @@ static_assert(!isIlp32 ||
                Parser::flagsOffset == 28 && Parser::errorCountOffset == 30 &&
                Parser::tokenValueOffset == 32 && Parser::pendingClassNameOffset == 40 &&
                Parser::lastTokenOffset == 48 && sizeof(lvtStringArgSource) == 52));
+
+// The numbers that programs are compiled with.
+static_assert(lvArgDest::SOURCE_ERROR_NOT_A_MAP == 1 && lvArgDest::SOURCE_ERROR_NOT_A_VECTOR == 2 &&
+              lvArgDest::SOURCE_ERROR_NO_CLASS == 4 && lvArgDest::SOURCE_ERROR_FIELD_ACCESS == 5);
+static_assert(lvArgDest::MapFrame == 24 && lvArgDest::VectorFrame == 25 &&
+              lvArgDest::TupleFrame == 32);
+static_assert(lvtStringArgDest::ROOM_ERROR == -3072 && lvtStringArgDest::MaxDepth == 32);
+static_assert(lvArgSource::SOURCE_ITEM == 0 && lvArgSource::SOURCE_FRAME_BEGIN == 6 &&
+              lvArgSource::SOURCE_FRAME_END == 7 && lvArgSource::SOURCE_END == 9);
+static_assert(lvtStringArgSource::TOKEN_END == 256 && lvtStringArgSource::TOKEN_INTEGER == 257 &&
+              lvtStringArgSource::TOKEN_STRING == 258 &&
+              lvtStringArgSource::TOKEN_OVERFLOW == 259 && lvtStringArgSource::TOKEN_UNKNOWN == -1);
+static_assert(lvrCommonSerializer::CS_ERR_FAILED == -1 &&
+              lvrCommonSerializer::CS_ERR_SOURCE == -2 &&
+              lvrCommonSerializer::CS_ERR_UNKNOWN_CLASS_KEY == -4 &&
+              lvrCommonSerializer::CS_ERR_NO_CLASS_CTOR == -5 &&
+              lvrCommonSerializer::CS_ERR_REF_SETUP_ERROR == -6);
 
 }  // namespace
