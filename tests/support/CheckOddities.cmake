@@ -1,0 +1,33 @@
+# Fails unless PAGE names each test below TESTS of a suite that ends in "Oddities", and each header
+# below HEADERS that marks something as deliberate.
+cmake_minimum_required(VERSION 3.25)
+
+file(READ "${PAGE}" page)
+
+file(GLOB_RECURSE sources "${TESTS}/*Test.cpp")
+set(count 0)
+foreach(source IN LISTS sources)
+  file(READ "${source}" text)
+  string(REGEX MATCHALL "TEST[_A-Z]*\\([A-Za-z]+Oddities,[ \n]+[A-Za-z]+\\)" tests "${text}")
+  foreach(test IN LISTS tests)
+    string(REGEX REPLACE ".*\\(([A-Za-z]+),[ \n]+([A-Za-z]+)\\)" "`\\1.\\2`" name "${test}")
+    string(FIND "${page}" "${name}" at)
+    if(at EQUAL -1)
+      message(SEND_ERROR "${PAGE} does not name ${name}")
+    endif()
+    math(EXPR count "${count} + 1")
+  endforeach()
+endforeach()
+if(count EQUAL 0)
+  message(SEND_ERROR "there are no tests of oddities below ${TESTS}")
+endif()
+
+file(GLOB_RECURSE headers "${HEADERS}/*/lv*.h")
+foreach(header IN LISTS headers)
+  file(STRINGS "${header}" marks REGEX "[Dd]eliberate:")
+  cmake_path(RELATIVE_PATH header BASE_DIRECTORY "${HEADERS}")
+  string(FIND "${page}" "`${header}`" at)
+  if(marks AND at EQUAL -1)
+    message(SEND_ERROR "${PAGE} does not name ${header}, which has: ${marks}")
+  endif()
+endforeach()
