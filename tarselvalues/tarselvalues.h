@@ -4,6 +4,15 @@
 //   containers  maps, lists, stack (start with lviMap.h and lviList.h)
 //   reflect     classes described at run time (start with lvClassBuilder.h)
 //   serial      values to text and back (start with lvTools.h)
+//
+// Ownership: nothing that cells and handles hold is freed by hand. Headers use fixed words for
+//            references: who takes one adds to the count, who drops one takes from it, who hands
+//            one over leaves the count alone; what is borrowed is good until the named change.
+// Threads:   each function is for any thread (any number of threads may be in it at once, on the
+//            same object), for one thread at a time (a thread that is in it has the object to
+//            itself, with what the class names), or to be called before threads start that use the
+//            object.
+// Errors:    answers, never exceptions of the library's own: 0 or a negative number, nil, false.
 #pragma once
 
 #include "tarselvalues/containers/lvHashMap.h"

@@ -70,8 +70,9 @@ class TARSELVALUES_API lvrCommonSerializer : public lvReferencable {
   // Reads one item, with all that is in it when a frame begins.
   int deserializeItemInto(lvArg& out, lvArgSource& src);
 
-  // Reads the rest of a frame of this kind. A frame that the input does not close is complete all
-  // the same; but an object is then dropped, and reads as nil, with success.
+  // Reads the rest of a frame of this kind; a map into a new one of six buckets. A frame that the
+  // input does not close is complete all the same; but an object is then dropped, and reads as nil,
+  // with success.
   int deserializeFrameInto(lvArg& out, lvArgSource& src, lvArg const& kind);
 
   // Reads the rest of a tuple: the first item is the key, the second the value, others are dropped.
