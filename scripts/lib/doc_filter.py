@@ -25,11 +25,14 @@ WORDS = ("any thread", ONE_THREAD, "before threads start")
 LIBRARY_ONLY = "For the library itself; not exported"
 MAIN_PAGE = "tarselvalues.h"
 
-OWN_WORD = re.compile(r"\b(" + "|".join(word.capitalize() for word in WORDS) + r")\.(?=\s|$)")
+OWN_WORD = re.compile(r"\b(" + "|".join(word.capitalize().replace(" ", r"\s") for word in WORDS) +
+                      r")\.(?=\s|$)")
 LABEL = re.compile(r"([A-Z][a-z]+(?: [a-z]+)?):\s+(?=\S)")
 HEADING = re.compile(r"\s*// --- (.*?) -+$")
 COMMENT_LINE = re.compile(r"\s*//( ?)(.*)$")
 NOLINT = re.compile(r"\s*// NOLINT.*$")
+TEMPLATE = re.compile(r"template <[^()]*?>\s*(?=\w)")
+INDENTATION = re.compile(r"\s*")
 INDENTED = "  "
 
 
@@ -81,12 +84,12 @@ class Declaration:
 
     def name(self):
         """The name of the function that is declared; "" for anything else."""
-        text = re.sub(r"^\s*template <[^()]*?>\s*(?=\w)", "", self.text)
-        text = re.sub(r"__attribute__\(\(.*?\)\)\)?", "", text)
-        if re.match(r"\s*(using|typedef|static_assert|friend|class|struct|enum|namespace)\b", text):
+        text = TEMPLATE.sub("", self.text)
+        if re.match(r"(using|static_assert|friend|class|struct|enum|namespace)\b", text):
             return ""
-        match = re.search(r"(operator.+?|~?\w+)\s*\((?!\w+::\*)", text.split("=")[0] if
-                          "operator" not in text else text)
+        if "operator" not in text:
+            text = text.split("=")[0]  # What a field begins with may have brackets.
+        match = re.search(r"(operator.+?|~?\w+)\s*\(", text)
         return match.group(1) if match else ""
 
     def is_static(self):
@@ -176,8 +179,8 @@ class Header:
     def _scope(self, declaration):
         if declaration is None:
             return [True, False, None]
-        text = re.sub(r"^\s*template <[^()]*?>\s*(?=\w)", "", declaration.text)
-        match = re.match(r"\s*(class|struct|namespace)\b", text)
+        text = TEMPLATE.sub("", declaration.text)
+        match = re.match(r"(class|struct|namespace)\b", text)
         if not match or "(" in text:
             return [True, False, None]
         first = self.comment_above(declaration.first)
@@ -196,8 +199,8 @@ def threads(declaration, text):
     """Takes the sentences on threads out of a function's comment; adds the paragraphs for them."""
     if not declaration.name():
         return text, ""
-    words = [word.lower() for word in OWN_WORD.findall(text)]
-    text = OWN_WORD.sub("", text)
+    words = [word.lower().replace("\n", " ") for word in OWN_WORD.findall(text)]
+    text = OWN_WORD.sub(lambda match: "\n" * match.group().count("\n"), text)
     if not words and declaration.is_destructor():
         words = [ONE_THREAD]
     elif not words and declaration.default and not declaration.is_static():
@@ -210,7 +213,6 @@ class Filter:
         self.name = name
         self.header = Header(lines)
         self.lines = list(self.header.lines)
-        self.indent = re.compile(r"\s*")
 
     def run(self):
         opening = self.header._opening()
@@ -249,7 +251,7 @@ class Filter:
                 continue
             number = declaration.first
             first = self.header.comment_above(number)
-            indent = self.indent.match(self.lines[number]).group()
+            indent = INDENTATION.match(self.lines[number]).group()
             if first < number and not self._is_heading(first):
                 lines = self.header.comment(first, number)
                 text, words = threads(declaration, "\n".join(lines))
@@ -335,7 +337,7 @@ class Filter:
         self.lines[first] = "/** \\cond */ " + re.sub(r"^\s*///.*", "", self.lines[first])
         last = declaration.last
         if self.header.lines[last].rstrip().endswith("{"):  # a class
-            indent = self.indent.match(self.header.lines[declaration.first]).group()
+            indent = INDENTATION.match(self.header.lines[declaration.first]).group()
             while self.header.lines[last] != indent + "};":
                 last += 1
         self.lines[last] += " /** \\endcond */"

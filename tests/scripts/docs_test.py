@@ -162,6 +162,11 @@ class TheFilter(unittest.TestCase):
     def test_gives_a_function_its_own_word_instead(self):
         self.assertIn("  /// Returns a new toy.  \\threads{any thread}", filtered(TOY))
 
+    def test_finds_that_word_across_the_end_of_a_line(self):
+        lines = filtered(TOY.replace("new toy. Any thread.", "new toy. Any\n  // thread."))
+        at = lines.index("  /// Returns a new toy. ")
+        self.assertEqual(lines[at + 1], "  ///  \\threads{any thread}")
+
     def test_gives_overloads_the_comment_above_them(self):
         self.assertIn("  /** Plays <code>count</code> times. \\threads{one thread at a time} */ "
                       "int play(char const* name);", filtered(TOY))
