@@ -15,6 +15,7 @@
 #include "tarselvalues/core/Reference.h"
 #include "tarselvalues/core/lvString.h"
 #include "tarselvalues/core/lvValue.h"
+#include "tarselvalues/core/lvVersion.h"
 #include "tarselvalues/core/lvrString.h"
 
 namespace {
@@ -360,6 +361,14 @@ TEST(ValueOutOfMemory, IsToldForAShortTextWhichIsOneBlockWithItsString) {
                   [](Values& with) { return with.value.setString("new", -1, CopyAndOwn); });
   exhaust<Values>("lvValue", "setStringFast", "throws",
                   [](Values& with) { return with.nil.setStringFast("new", -1, CopyAndOwn); });
+}
+
+TEST(VersionOutOfMemory, NeedsNoMemory) {
+  exhaust<Nothing>("lvVersion", "lvGetVersion", NeedsNone, [](Nothing&) {
+    int parts[3];
+    lvGetVersion(parts[0], parts[1], parts[2]);
+    return parts[0];
+  });
 }
 
 TEST(ValueOutOfMemory, NeedsNoMemoryForStringsThatAreThere) {
