@@ -33,8 +33,19 @@ remove_room() {
   fi
 }
 
+# without_security_updates FILE: a file of package sources, without those.
+without_security_updates() {
+  if [[ $1 = *.sources ]]; then
+    awk -v RS= -v ORS='\n\n' '!/-security/' "$1"
+  else
+    sed '/-security/d' "$1"
+  fi
+}
+
 # make_chroot ROOT OPTION...: a Debian 12 in the folder ROOT, made by mmdebstrap with the options. On a
-# Debian 12 machine it uses that machine's package sources, and reaches them in the same way.
+# Debian 12 machine it uses that machine's package sources, and reaches them in the same way. With
+# `security_updates` set to no it has those of the release alone: security updates may come to one
+# architecture later than to another, and until then packages of both cannot live side by side.
 make_chroot() {
   local root=$1
   shift
@@ -43,7 +54,10 @@ make_chroot() {
   local sources=()
   if (. /etc/os-release && [ "${VERSION_CODENAME:-}" = bookworm ]); then
     for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.{list,sources}; do
-      if [ -s "$file" ]; then
+      if [ -s "$file" ] && [ "${security_updates:-yes}" = no ]; then
+        without_security_updates "$file" >"$room/${file##*/}"
+        sources+=("$room/${file##*/}")
+      elif [ -s "$file" ]; then
         sources+=("$file")
       fi
     done

@@ -1,0 +1,22 @@
+# The CMake files that PAGE shows are those that the tests use, as they are, and it shows all of them.
+cmake_minimum_required(VERSION 3.25)
+
+file(READ "${PAGE}" page)
+string(REPLACE ";" "<semicolon>" page "${page}")
+string(REGEX MATCHALL "```cmake\n[^`]*```" shown "${page}")
+
+set(used "")
+foreach(file consumer/CMakeLists.txt subproject/CMakeLists.txt device.cmake)
+  file(READ "${CMAKE_CURRENT_LIST_DIR}/${file}" content)
+  string(REPLACE ";" "<semicolon>" content "${content}")
+  set(block "```cmake\n${content}```")
+  if(NOT block IN_LIST shown)
+    message(SEND_ERROR "${PAGE} does not show tests/install/${file} as it is")
+  endif()
+  list(APPEND used "${block}")
+endforeach()
+list(REMOVE_ITEM shown ${used})
+if(shown)
+  list(JOIN shown "\n" shown)
+  message(SEND_ERROR "${PAGE} shows what no test uses:\n${shown}")
+endif()
