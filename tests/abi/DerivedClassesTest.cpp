@@ -127,8 +127,9 @@ void expectSized(Arguments... arguments) {
   }
   EXPECT_EQ(living, 0) << typeid(Base).name();
 
-  Interface* const unheld = new Sized<Base>(arguments...);
-  delete unheld;
+  auto* const unheld = new Sized<Base>(arguments...);
+  unheld->finalize();
+  delete static_cast<Interface*>(unheld);
   EXPECT_EQ(living, 0) << typeid(Base).name();
 }
 
@@ -332,13 +333,13 @@ TEST(OwnClasses, ThatAreListsAreUsedByTheLibrary) {
   auto* const list = new OwnList;
   lvArg const held(*list);
   expectFoundFrom<lviList>(*list);
-  lvListEnumerator const reader(*list);
+  std::unique_ptr<lviRealListEnumerator> const reader(list->getListEnumerator());
   EXPECT_EQ(reader->getIndex(), OwnSize);
-  lvListIterator const remover(*list);
-  EXPECT_TRUE(static_cast<lviRealListIterator*>(remover.getCursor())->remove());
-  lvListRWIterator const cursor(*list);
-  EXPECT_EQ(cursor->getIndex(), OwnSize);
-  expectFoundFrom<lviRealListRWIterator>(dynamic_cast<OwnListCursor&>(*cursor.getCursor()));
+  std::unique_ptr<lviRealListIterator> const remover(list->getListIterator());
+  EXPECT_TRUE(remover->remove());
+  std::unique_ptr<lviRealListRWIterator> const writer(list->getListRWIterator());
+  EXPECT_TRUE(writer->isWritable());
+  expectFoundFrom<lviRealListRWIterator>(dynamic_cast<OwnListCursor&>(*writer));
   EXPECT_EQ(lvVector(held).getList(), list);
 }
 
