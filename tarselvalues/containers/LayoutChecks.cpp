@@ -1,5 +1,7 @@
 // The layout and the numbers that compiled programs and debugger scripts rely on.
 
+#include <climits>
+
 #include "tarselvalues/containers/LayoutAccess.h"
 #include "tarselvalues/containers/lvHashMap.h"
 #include "tarselvalues/containers/lvListRWIterator.h"
@@ -113,5 +115,7 @@ static_assert(lvrVector::InsertAction == 0 && lvrVector::RemoveAction == 1 &&
 static_assert(lvrStack::PushAction == 0 && lvrStack::PopAction == 1 && lvrStack::PokeAction == 2 &&
               lvrStack::MaxSize == 65535);
 static_assert(lvrTupleSet::InsertEqualKeys == 1);
+static_assert(lvrHashMap::DefaultHashSize == 7);
+static_assert(lvrSortedArrayList::WholeList == INT_MAX);
 
 }  // namespace

@@ -40,6 +40,11 @@ struct lvLayoutAccess<lvrString> {
   static constexpr std::size_t lengthOffset = offsetof(lvrString, length_);
   static constexpr std::size_t flagsOffset = offsetof(lvrString, flags_);
   static constexpr std::size_t cachedHashOffset = offsetof(lvrString, cachedHash_);
+  static constexpr unsigned integerFlag = lvrString::IntegerFlag;
+  static constexpr unsigned hashFlag = lvrString::HashFlag;
+  static constexpr unsigned internedFlag = lvrString::InternedFlag;
+  static constexpr unsigned borrowedFlag = lvrString::BorrowedFlag;
+  static constexpr unsigned integerShift = lvrString::IntegerShift;
   static unsigned length(lvrString const& string) { return string.length_; }
   static unsigned flags(lvrString const& string) { return string.flags_; }
   static unsigned cachedHash(lvrString const& string) { return string.cachedHash_; }

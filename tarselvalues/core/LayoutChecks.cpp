@@ -2,6 +2,8 @@
 
 #include <pthread.h>
 
+#include <climits>
+
 #include "tarselvalues/core/LayoutAccess.h"
 #include "tarselvalues/core/lvValue.h"
 
@@ -47,7 +49,14 @@ static_assert(lvArg::NilType == 0 && lvArg::IntType == 5 && lvArg::PointerType =
 static_assert(lvReferencable::ObjectKind == 2 && lvReferencable::StringKind == 3 &&
               lvReferencable::MapKind == 8 && lvReferencable::ListKind == 9 &&
               lvReferencable::ClassKind == 11);
+static_assert(String::integerFlag == 1 && String::hashFlag == 2 && String::internedFlag == 4 &&
+              String::borrowedFlag == 8 && String::integerShift == 4);
 static_assert(lvrString::Borrow == 0 && lvrString::CopyAndOwn == 2 &&
               lvrString::CopyAndOwnEmpty == 3);
+
+// What derived classes of programs use.
+struct Derived : lvReferencable {
+  static_assert(FirstOwnBit == 4 && SecondOwnBit == 8 && FinalizeRefused == INT_MIN);
+};
 
 }  // namespace
