@@ -52,7 +52,7 @@ ALL = "all"
 CHANGES = {
     "nothing": (SAME, []),
     "comment-changed": (SAME, [
-        (VERSION, "// Of these headers. ", "// Of the headers. ")]),
+        (VERSION, "// MAJOR of these headers. ", "// MAJOR of the headers. ")]),
 
     "function-added": (ADDED, [
         (VERSION, "TARSELVALUES_API void lvGetVersion(",
@@ -71,10 +71,11 @@ CHANGES = {
         (PARSER, "  std::int32_t lastToken_;\n",
          "  std::int32_t lastToken_;\n  std::int32_t added_ = 0;\n")]),
     "field-removed": (REFUSED, [
-        (REFERENCABLE, "  std::uint16_t getOwnNumber() const { return ownNumber_; }\n"
-         "  void setOwnNumber(std::uint16_t number) { ownNumber_ = number; }\n",
-         "  std::uint16_t getOwnNumber() const { return 0; }\n"
+        (REFERENCABLE, "  std::uint16_t getOwnNumber() const { return ownNumber_; }\n",
+         "  std::uint16_t getOwnNumber() const { return 0; }\n"),
+        (REFERENCABLE, "  void setOwnNumber(std::uint16_t number) { ownNumber_ = number; }\n",
          "  void setOwnNumber(std::uint16_t) {}\n"),
+        ("tarselvalues/core/OneBlockString.h", "      ownNumber_(0),\n", ""),
         (REFERENCABLE, "  std::uint16_t ownNumber_;\n", ""),
         ("tarselvalues/core/lvReferencable.cpp", "ownNumber_(0), ", "")]),
 
