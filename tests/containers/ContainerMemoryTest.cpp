@@ -192,7 +192,7 @@ class EmptyingKey : public lvrString {
 };
 
 TEST(HashMapMemoryForBuckets, WhenMissingBehindASearchThatLostThemLeavesNoReference) {
-  Held<lvrHashMap> const map(7);
+  Held<lvrHashMap> const map(7U);
   lvArg const first = *new EmptyingKey(*map);
   lvArg const second = *new EmptyingKey(*map);
   map->put(first, integer(1));
