@@ -437,15 +437,6 @@ TEST_P(StringTableThreads, WalkAtRandomOverTheTextsOfOneChain) {
   EXPECT_EQ(wrong, 0) << "seeds from 31 on";
 }
 
-// Gives an entry another text. Other threads look at all entries of a chain, under the table's lock.
-void setAnew(lvString const& entry) {
-  lvString::HashTable& table = *lvString::getHashTable();
-  table.writeLock();
-  static_cast<lvrString&>(*entry.getReferencable())
-      .setStringData("anew", -1, lvrString::CopyAndOwn);
-  table.unlock();
-}
-
 // So many that the table finds them by its index, which grows meanwhile; it goes whenever an entry
 // is set anew, and comes back.
 TEST_P(StringTableThreads, FindAndLetGoManyTextsOfOneChainWhileEntriesAreSetAnew) {
@@ -465,7 +456,7 @@ TEST_P(StringTableThreads, FindAndLetGoManyTextsOfOneChainWhileEntriesAreSetAnew
       handles[number] = random() % 3 == 0 ? lvString() : handle;
       if (i % 1000 == 500) {
         lvString const own(("of thread " + std::to_string(thread)).c_str());
-        setAnew(own);
+        test::setAnew(own);
       }
     }
   });
@@ -492,7 +483,7 @@ TEST_P(StringTableThreads, MakeEachOfManyTextsOfOneHashOnceWhileTheIndexGrowsAnd
         lvReferencable const* first = nullptr;
         wrong += entries[number].compare_exchange_strong(first, mine) || first == mine ? 0 : 1;
         if (i == many.size() / 2 && round % GetParam() == thread) {
-          setAnew(own);
+          test::setAnew(own);
         }
       }
       gate.pass();

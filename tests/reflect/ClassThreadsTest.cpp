@@ -7,6 +7,7 @@
 
 #include "support/Cells.h"
 #include "support/ClassTables.h"
+#include "support/StringTable.h"
 #include "support/Together.h"
 #include "tarselvalues/core/lvString.h"
 
@@ -41,14 +42,13 @@ TEST(ClassThreads, FindNamesOfOneHashWhileOtherStringsAreSetAnew) {
   lvrClass const& described = classWithFields(names);
   test::runTogether(Threads, [&](int thread) {
     lvString const own(("own " + std::to_string(thread)).c_str());
-    auto& ownString = static_cast<lvrString&>(*own.getReferencable());
     for (int round = 0; round < Rounds; ++round) {
       for (int i = 0; i < Names; ++i) {
         lvArg const name = test::string(names[static_cast<std::size_t>(i)]);
         ASSERT_EQ(described.localLookupIndex(lvrClass::Fields, name), i);
       }
       if (round % 10 == thread) {
-        ownString.setStringData("anew", -1, lvrString::CopyAndOwn);
+        test::setAnew(own);
       }
     }
   });

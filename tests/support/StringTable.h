@@ -120,4 +120,13 @@ inline std::vector<std::string> textsOfOneChain(std::size_t count) {
   return texts;
 }
 
+// Gives an entry another text. Other threads look at all entries of a chain, under the table's lock.
+inline void setAnew(lvString const& entry) {
+  lvString::HashTable& table = *lvString::getHashTable();
+  table.writeLock();
+  static_cast<lvrString&>(*entry.getReferencable())
+      .setStringData("anew", -1, lvrString::CopyAndOwn);
+  table.unlock();
+}
+
 }  // namespace test
