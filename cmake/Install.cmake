@@ -5,7 +5,7 @@
 #   tools    lvtext and its manual page
 #   doc      the documents, examples and manual pages; with TARSELVALUES_BUILD_DOCS, the manual of the
 #            headers
-#   gdb      what gdb needs to print values
+#   gdb      what gdb needs to print values: no file yet
 
 include(CMakePackageConfigHelpers)
 
