@@ -67,6 +67,9 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION "${CMAKE_INSTALL_DOCD
   FILES_MATCHING PATTERN "*.md" PATTERN "man" EXCLUDE)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc
   PATTERN "CMakeLists.txt" EXCLUDE)
+install(FILES "${PROJECT_SOURCE_DIR}/tests/install/consumer/CMakeLists.txt"
+              "${PROJECT_SOURCE_DIR}/tests/install/consumer/consumer.cpp"
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples/consumer" COMPONENT doc)
 install(FILES "${PROJECT_SOURCE_DIR}/docs/man/tarselvalues.7"
   DESTINATION "${CMAKE_INSTALL_MANDIR}/man7" COMPONENT doc)
 if(TARSELVALUES_BUILD_DOCS)
