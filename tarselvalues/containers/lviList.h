@@ -30,7 +30,7 @@ class TARSELVALUES_API lviList {
   lviList(lviList const&) = delete;
   lviList& operator=(lviList const&) = delete;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   virtual ~lviList();
   // Whether the list keeps its elements sorted.

@@ -30,7 +30,7 @@ class TARSELVALUES_API lviMap {
   lviMap(lviMap const&) = delete;
   lviMap& operator=(lviMap const&) = delete;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   virtual ~lviMap();
   // Returns the number of entries.

@@ -20,7 +20,7 @@ class TARSELVALUES_API lviRealListEnumerator {
   lviRealListEnumerator(lviRealListEnumerator const&) = delete;
   lviRealListEnumerator& operator=(lviRealListEnumerator const&) = delete;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Drops the cursor's reference on its list.
   virtual ~lviRealListEnumerator();

@@ -9,7 +9,7 @@
 
 class TARSELVALUES_API lviRealListIterator : public lviRealListEnumerator {
  public:
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Removes the current element; false if nothing was removed.
   virtual bool remove() = 0;

@@ -9,7 +9,7 @@
 
 class TARSELVALUES_API lviRealListRWIterator : public lviRealListIterator {
  public:
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Whether insert() can work.
   virtual bool isWritable() = 0;

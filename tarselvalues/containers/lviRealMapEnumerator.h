@@ -18,7 +18,7 @@ class TARSELVALUES_API lviRealMapEnumerator {
   lviRealMapEnumerator(lviRealMapEnumerator const&) = delete;
   lviRealMapEnumerator& operator=(lviRealMapEnumerator const&) = delete;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   virtual ~lviRealMapEnumerator();
   // Steps to the next entry; false when there is none.

@@ -9,7 +9,7 @@
 
 class TARSELVALUES_API lviRealMapIterator : public lviRealMapEnumerator {
  public:
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Replaces the current entry's value; `old`, where not null, receives the previous one.
   // Returns 0 or a negative error number.

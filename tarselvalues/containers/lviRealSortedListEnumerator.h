@@ -15,7 +15,7 @@ class TARSELVALUES_API lviRealSortedListEnumerator {
   lviRealSortedListEnumerator(lviRealSortedListEnumerator const&) = delete;
   lviRealSortedListEnumerator& operator=(lviRealSortedListEnumerator const&) = delete;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Whether there is an element for next().
   virtual bool hasNext() const = 0;

@@ -9,7 +9,7 @@
 
 class TARSELVALUES_API lviRealSortedListIterator : public lviRealSortedListEnumerator {
  public:
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Inserts at the cursor, in lists where that may be.
   virtual void add(lvArg const& value) = 0;

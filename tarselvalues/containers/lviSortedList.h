@@ -22,7 +22,7 @@ class TARSELVALUES_API lviSortedList : public lvReferencable {
   lviSortedList();
   ~lviSortedList() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Returns the number of elements.
   virtual int getSize() const = 0;

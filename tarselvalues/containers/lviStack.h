@@ -15,7 +15,7 @@ class TARSELVALUES_API lviStack {
   lviStack(lviStack const&) = delete;
   lviStack& operator=(lviStack const&) = delete;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Puts `value` on top. Returns 0 or a negative error number.
   virtual int push(lvArg const& value) = 0;

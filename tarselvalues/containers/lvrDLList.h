@@ -163,7 +163,7 @@ class TARSELVALUES_API lvrDLList : public lvReferencable, public lviList {
   // Releases all elements.
   ~lvrDLList() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // -1 appends, -2 inserts before the last element, and so on; false for a position that is not
   // there.

@@ -155,7 +155,7 @@ class TARSELVALUES_API lvrHashMap : public lvReferencable, public lviMap {
   // Frees nothing: finalize() has.
   ~lvrHashMap() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   lvArg get(lvArg const& key) const override;
   // -22 when the map has no buckets (made with size 0). Putting nil under an absent key does

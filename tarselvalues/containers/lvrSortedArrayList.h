@@ -142,7 +142,7 @@ class TARSELVALUES_API lvrSortedArrayList : public lviSortedList {
   int finalize() override;
   ~lvrSortedArrayList() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   int getSize() const override;
   int add(lvArg const& value) override;

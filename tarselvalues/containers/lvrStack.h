@@ -54,7 +54,7 @@ class TARSELVALUES_API lvrStack : public lvReferencable, public lviStack {
   int finalize() override;
   ~lvrStack() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   lvArg poke(lvArg const& value) override;
   // Answers what setAlloced() does if that is negative.

@@ -113,7 +113,7 @@ class TARSELVALUES_API lvrTupleSet : public lvReferencable, public lviMap {
   int finalize() override;
   ~lvrTupleSet() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   lvArg get(lvArg const& key) const override;
   int getSize() const override;

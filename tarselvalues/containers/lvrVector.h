@@ -90,7 +90,7 @@ class TARSELVALUES_API lvrVector : public lvReferencable, public lviList {
   // Frees nothing: finalize() has.
   ~lvrVector() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // False: a vector keeps the order it is given.
   bool isSorted() const override;

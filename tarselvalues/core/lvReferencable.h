@@ -48,7 +48,7 @@ class TARSELVALUES_API lvReferencable {
   lvReferencable(lvReferencable const&) = delete;
   lvReferencable& operator=(lvReferencable const&) = delete;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Equality of content, as a truth value. Here: 1 for this very object, else 0.
   virtual int equiv(lvReferencable const& other) const;

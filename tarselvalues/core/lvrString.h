@@ -71,7 +71,7 @@ class TARSELVALUES_API lvrString : public lvReferencable {
   // Frees the text if the string owns it. One thread at a time.
   ~lvrString() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Takes the text of a value: "(NIL)" (borrowed) for nil, "%d" of an integer, "%08x" of a raw
   // address, a copy of another string's text. Integers and addresses from -2048 to 2047 are cached

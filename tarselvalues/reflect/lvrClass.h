@@ -76,7 +76,7 @@ class TARSELVALUES_API lvrClass : public lvReferencable {
   int finalize() override;
   ~lvrClass() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Sets the name, normally an interned string; -1 when there is one already. Before threads
   // start.

@@ -28,7 +28,7 @@ class TARSELVALUES_API lvtClassRegistry {
   lvtClassRegistry(lvtClassRegistry const&) = delete;
   lvtClassRegistry& operator=(lvtClassRegistry const&) = delete;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   virtual ~lvtClassRegistry();
   // Registers a class under a name. Returns 0, or -1 when the name is taken: the first class stays.

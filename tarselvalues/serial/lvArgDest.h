@@ -35,7 +35,7 @@ class TARSELVALUES_API lvArgDest {
   lvArgDest(lvArgDest const&) = delete;
   lvArgDest& operator=(lvArgDest const&) = delete;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   virtual ~lvArgDest();
   // Ends the output.

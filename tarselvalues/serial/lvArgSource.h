@@ -27,7 +27,7 @@ class TARSELVALUES_API lvArgSource {
   lvArgSource(lvArgSource const&) = delete;
   lvArgSource& operator=(lvArgSource const&) = delete;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   virtual ~lvArgSource();
   // Reads on. Any other answer than the four above means that nothing was read: ask again.

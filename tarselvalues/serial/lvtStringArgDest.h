@@ -44,7 +44,7 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   lvtStringArgDest();
   ~lvtStringArgDest() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Stores a NUL after the text, if the buffer has a byte left. The length stays. Returns 0.
   int terminate() override;

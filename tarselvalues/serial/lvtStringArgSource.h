@@ -50,7 +50,7 @@ class TARSELVALUES_API lvtStringArgSource : public lvArgSource {
   lvtStringArgSource();
   ~lvtStringArgSource() override;
 
-  // Declaration order is the binary interface: append only, and in derived classes only.
+  // Declaration order is the binary interface: no virtual function comes, goes or moves.
 
   // Reads the next item, frame begin or frame end. `out` is left alone at the end of the input and
   // by an end of frame where an item was expected; other ends of frame set nil.

@@ -1,4 +1,5 @@
 // What lets go of the container that compares, hashes or releases it: that lives until it is done.
+// And containers that never let go of each other.
 
 #include <gtest/gtest.h>
 
@@ -289,6 +290,29 @@ TEST(ContainerThatItsOwnElementLetsGo, LivesUntilItIsFinalized) {
   expectToGoWhenItIsFinalized<lvrHashMap>(3U);
   expectToGoWhenItIsFinalized<lvrTupleSet>(3, 1U, 0U);
   expectToGoWhenItIsFinalized<lvrSortedArrayList>(WithDuplicates);
+}
+
+// --- Cycles --------------------------------------------------------------------------------------
+
+TEST(Cycle, OfTwoVectorsEndsOnlyWhenItIsBroken) {
+  bool hasEnded = false;
+  lvrVector* inside = nullptr;
+  {
+    Held<lvrVector> first(2);
+    Held<lvrVector> second(1);
+    first->insert(second.cell(), -1);
+    first->insert(lvArg(*new test::ActingObject([&hasEnded] { hasEnded = true; })), -1);
+    second->insert(first.cell(), -1);
+    inside = &*first;
+  }
+  EXPECT_FALSE(hasEnded);
+  EXPECT_EQ(countOf(*inside), 1);
+  {
+    lvArg const holder(*inside);
+    inside->clear();
+    EXPECT_EQ(countOf(holder), 1);
+  }
+  EXPECT_TRUE(hasEnded);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-# Fails when PAGE names a test, as `Suite.Test`, that no source or CMakeLists.txt below TESTS has.
+# Fails when PAGE names a test, as `Suite.Test`, that no source or CMakeLists.txt below TESTS has, or
+# when a row of a table names none in its last column, "test" or "tests".
 cmake_minimum_required(VERSION 3.25)
 
 file(GLOB_RECURSE sources "${TESTS}/*Test.cpp" "${TESTS}/CMakeLists.txt")
@@ -20,5 +21,18 @@ foreach(name IN LISTS named)
   string(FIND "${tests}" "${of_ctest}" at_ctest)
   if(at EQUAL -1 AND at_ctest EQUAL -1)
     message(SEND_ERROR "there is no test ${name}")
+  endif()
+endforeach()
+
+string(REGEX REPLACE "[][;]" "." lines "${page}")  # What CMake's lists choke on.
+string(REPLACE "\n" ";" lines "${lines}")
+set(is_table FALSE)
+foreach(line IN LISTS lines)
+  if(NOT line MATCHES "^\\|")
+    set(is_table FALSE)
+  elseif(line MATCHES "\\| tests? \\|$")
+    set(is_table TRUE)
+  elseif(is_table AND NOT line MATCHES "^\\|---|`[A-Z][A-Za-z]+\\.[A-Z][A-Za-z]+`[^|]*\\|$")
+    message(SEND_ERROR "no test stands behind: ${line}")
   endif()
 endforeach()
