@@ -1,9 +1,35 @@
-# The newest entry of debian/changelog is for the release that the headers name.
+# The newest releases of CHANGELOG.md and of debian/changelog are the one that the headers name, and
+# CHANGELOG.md has the form that it says it has.
 cmake_minimum_required(VERSION 3.25)
 include("${CMAKE_CURRENT_LIST_DIR}/Steps.cmake")
 
 file(STRINGS "${SOURCE}/debian/changelog" newest LIMIT_COUNT 1)
 string(FIND "${newest}" "tarselvalues (${VERSION}-" at)
 if(NOT at EQUAL 0)
-  message(FATAL_ERROR "the release is ${VERSION}, but debian/changelog begins with\n${newest}")
+  message(SEND_ERROR "the release is ${VERSION}, but debian/changelog begins with\n${newest}")
+endif()
+
+file(READ "${SOURCE}/CHANGELOG.md" text)
+string(REGEX MATCHALL "\n## [^\n]*" releases "${text}")
+list(POP_FRONT releases unreleased newest)
+if(NOT unreleased STREQUAL "\n## [Unreleased]")
+  message(SEND_ERROR "CHANGELOG.md begins with ${unreleased}, not with what is not released")
+endif()
+list(PREPEND releases "${newest}")
+foreach(release IN LISTS releases)
+  if(NOT release MATCHES "^\n## \\[[0-9]+\\.[0-9]+\\.[0-9]+\\] - 20[0-9][0-9]-[01][0-9]-[0-3][0-9]$")
+    message(SEND_ERROR "no release with its day: ${release}")
+  endif()
+endforeach()
+string(FIND "${newest}" "\n## [${VERSION}] - " at)
+if(NOT at EQUAL 0)
+  message(SEND_ERROR "the release is ${VERSION}, but the newest of CHANGELOG.md is ${newest}")
+endif()
+
+string(REGEX MATCHALL "\n### [^\n]*" kinds "${text}")
+list(REMOVE_DUPLICATES kinds)
+list(TRANSFORM kinds REPLACE "\n### " "")
+list(REMOVE_ITEM kinds Added Changed Deprecated Removed Fixed Security)
+if(kinds)
+  message(SEND_ERROR "CHANGELOG.md has sections of other kinds: ${kinds}")
 endif()
