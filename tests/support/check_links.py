@@ -2,7 +2,7 @@
 
 usage: check_links.py FOLDER
 
-Looks at all pages (*.md) in the folder, but for what is built. A link to another place of the folder must
+Looks at all pages (*.md) in the folder, but for what is built there. A link to another place of the folder must
 lead to a file or folder within it, and a link to a part of a page to a heading there. Links to other sites
 are not followed. Says what does not; the exit status is 0 when there is no such thing. The last line says
 how many links were checked.
@@ -17,7 +17,7 @@ BLOCK = re.compile(r"^```.*?^```$", re.MULTILINE | re.DOTALL)
 CODE = re.compile(r"`[^`\n]*`")
 HEADING = re.compile(r"^#+ (.*)$", re.MULTILINE)
 SITE = re.compile(r"[a-z]+:")
-PASSED_OVER = ("build", ".git")
+PASSED_OVER = ("build", "debian", ".git")
 
 
 def read_text(path):
