@@ -12,12 +12,15 @@
 #include "support/Mallocs.h"
 #include "support/StringObjects.h"
 #include "support/StringTable.h"
+#include "tarselvalues/core/BlockCache.h"
 #include "tarselvalues/core/lvString.h"
 #include "tarselvalues/core/lvrString.h"
 
 namespace {
 
 using namespace std::string_literals;
+using tarselvalues::BlockCache;
+using tarselvalues::FromNew;
 using test::bytesOf;
 using test::countOf;
 using test::entriesWith;
@@ -402,6 +405,14 @@ TEST(InternBuffer, FreesTheBufferWhenThereIsNoMemoryForTheEntry) {
     EXPECT_TRUE(test::isTableFree());
     EXPECT_EQ(entryCount(), entries);
   }
+}
+
+// ---- Small blocks ------------------------------------------------------------------------------
+
+TEST(SmallBlocks, AreFreedAtOnceInAProgramThatHasNoneKept) {
+  void* block = nullptr;
+  EXPECT_EQ(blocksOf([&] { block = BlockCache::take<FromNew>(1); }), 1);
+  EXPECT_EQ(blocksOf([&] { BlockCache::give<FromNew>(block, 1); }), -1);
 }
 
 }  // namespace
