@@ -13,6 +13,11 @@
 //            itself, with what the class names), or to be called before threads start that use the
 //            object.
 // Errors:    answers, never exceptions of the library's own: 0 or a negative number, nil, false.
+// Limits:    a vector and a stack hold 65,535 elements and refuse the next; a map that is read from
+//            text has six buckets, whatever it had.
+// Pages:     README.md of the manual leads to more: docs/ownership-and-threads.md has who frees what
+//            and what threads may share, docs/containers.md the limits, docs/oddities.md what looks
+//            like a mistake and is meant.
 #pragma once
 
 #include "tarselvalues/containers/lvHashMap.h"
