@@ -49,6 +49,7 @@
 #include "tarselvalues/core/lvrString.h"
 #include "tarselvalues/reflect/lvClass.h"
 #include "tarselvalues/reflect/lvClassBuilder.h"
+#include "tarselvalues/reflect/lvWalk.h"
 #include "tarselvalues/reflect/lvrClass.h"
 #include "tarselvalues/reflect/lvtClassRegistry.h"
 #include "tarselvalues/serial/lvArgDest.h"

@@ -1,0 +1,61 @@
+// lvToCell(): makes a cell from what C++ programs have at hand.
+//
+// Ownership: the caller's cell holds what is made; texts are copied.
+// Threads:   any thread.
+// Errors:    a text that is too long for memory, or for an int, is std::bad_alloc.
+#pragma once
+
+#include <climits>
+#include <new>
+#include <string_view>
+#include <type_traits>
+
+#include "tarselvalues/core/lvArg.h"
+#include "tarselvalues/core/lvString.h"
+#include "tarselvalues/core/lvValue.h"
+#include "tarselvalues/core/lvrString.h"
+
+// Returns a copy of a cell or handle. Any thread.
+inline lvArg lvToCell(lvArg const& value) { return value; }
+
+// Returns an integer; 1 and 0 for true and false. Numbers that an int need not hold do not compile:
+// the program says how it cuts them. Any thread.
+template <class Number, std::enable_if_t<std::is_integral_v<Number>, int> = 0>
+lvArg lvToCell(Number number) {
+  static_assert(sizeof(Number) < sizeof(int) || std::is_same_v<Number, int> ||
+                    (sizeof(Number) == sizeof(int) && std::is_signed_v<Number>),
+                "a cell holds an int");
+  lvArg cell;
+  cell.setInt(static_cast<int>(number));
+  return cell;
+}
+
+// Returns a new string with this text, which may have NULs in it. Any thread.
+inline lvArg lvToCell(std::string_view text) {
+  if (text.size() > INT_MAX) {
+    throw std::bad_alloc();
+  }
+  lvValue cell;
+  cell.setString(text.data() != nullptr ? text.data() : "", static_cast<int>(text.size()),
+                 lvrString::CopyAndOwnEmpty);
+  if (cell.getString(nullptr) == nullptr) {
+    throw std::bad_alloc();
+  }
+  return cell;
+}
+
+// The same for a NUL-terminated text; nil for a null one. Any thread.
+inline lvArg lvToCell(char const* text) {
+  return text != nullptr ? lvToCell(std::string_view(text)) : lvArg();
+}
+
+// Returns what lvToCell() does, but strings are interned, as is good for keys: many maps share
+// them. Any thread.
+template <class Key>
+lvArg lvToKey(Key const& key) {
+  lvArg cell = lvToCell(key);
+  if (cell.getType() == lvArg::StringType) {
+    return lvString(cell);
+  }
+  return cell;
+}

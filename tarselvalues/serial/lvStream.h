@@ -1,0 +1,23 @@
+// Values in streams: `std::cout << value` writes the text of any cell or handle, as lvToText() has
+// it. GoogleTest prints cells with it.
+//
+// Deliberate: a string is written as the text format has it, with quotes where it needs them, also
+// when it stands in an lvString, which turns into plain text by itself elsewhere.
+//
+// Threads: any thread, each call with values and a stream of its own.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <type_traits>
+
+#include "tarselvalues/core/lvArg.h"
+#include "tarselvalues/serial/lvText.h"
+
+// Writes the text of `value` to `out`. Any thread.
+template <class Traits, class Cell, class = std::enable_if_t<std::is_base_of_v<lvArg, Cell>>>
+std::basic_ostream<char, Traits>& operator<<(std::basic_ostream<char, Traits>& out,
+                                             Cell const& value) {
+  std::string const text = lvToText(value);
+  return out << text.c_str();
+}
