@@ -19,12 +19,13 @@
 inline lvArg lvToCell(lvArg const& value) { return value; }
 
 // Returns an integer; 1 and 0 for true and false. Numbers that an int need not hold do not compile:
-// the program says how it cuts them. Any thread.
+// the program says how it cuts them; nor do characters. Any thread.
 template <class Number, std::enable_if_t<std::is_integral_v<Number>, int> = 0>
 lvArg lvToCell(Number number) {
-  static_assert(sizeof(Number) < sizeof(int) || std::is_same_v<Number, int> ||
-                    (sizeof(Number) == sizeof(int) && std::is_signed_v<Number>),
-                "a cell holds an int");
+  static_assert(!std::is_same_v<Number, char>, "a character is neither a number nor a text");
+  static_assert(
+      sizeof(Number) < sizeof(int) || (sizeof(Number) == sizeof(int) && std::is_signed_v<Number>),
+      "a cell holds an int");
   lvArg cell;
   cell.setInt(static_cast<int>(number));
   return cell;

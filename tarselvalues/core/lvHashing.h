@@ -22,8 +22,8 @@ struct lvEquivalent {
   bool operator()(lvArg const& a, lvArg const& b) const { return a.equiv(b) != 0; }
 };
 
-// lvArg::compareTo(). Deliberate there: it is no order for integers whose difference overflows, so
-// that keys of an ordered container have to lie within 2147483647 of each other.
+// lvArg::compareTo(). It subtracts integers with wrap-around: integers in one ordered container must
+// lie within 2147483647 of each other.
 struct lvOrdered {
   bool operator()(lvArg const& a, lvArg const& b) const { return a.compareTo(b) < 0; }
 };

@@ -1,8 +1,8 @@
 // Values in streams: `std::cout << value` writes the text of any cell or handle, as lvToText() has
 // it. GoogleTest prints cells with it.
 //
-// Deliberate: a string is written as the text format has it, with quotes where it needs them, also
-// when it stands in an lvString, which turns into plain text by itself elsewhere.
+// A string is written as the text format has it, with quotes where it needs them, from an lvString
+// too; for its bare text there is lvReadText().
 //
 // Threads: any thread, each call with values and a stream of its own.
 #pragma once

@@ -543,4 +543,32 @@ TEST(DerivedHandles, OfCursorsWalkAsTheirBasesDo) {
   EXPECT_EQ(entry->getValue().getInt(), 2);
 }
 
+// --- Visitors -------------------------------------------------------------------------------------
+
+TEST(DerivedVisitors, AreCalledThroughTheirBase) {
+  class Counter : public lvWalkVisitor {
+   public:
+    Answer visit(lvArg const& /*value*/, lvWalkPlace const& /*place*/) override {
+      ++visited_;
+      return GoOn;
+    }
+    Answer leave(lvArg const& value, lvWalkPlace const& place) override {
+      ++left_;
+      return lvWalkVisitor::leave(value, place);
+    }
+    int visited() const { return visited_; }
+    int left() const { return left_; }
+
+   private:
+    int visited_ = 0;
+    int left_ = 0;
+  } counter;
+  lvVector list(1);
+  list->insert(integer(1), -1);
+  EXPECT_TRUE(lvWalk(list, counter));
+  EXPECT_EQ(counter.visited(), 2);
+  EXPECT_EQ(counter.left(), 1);
+  expectFoundFrom<lvWalkVisitor>(counter);
+}
+
 }  // namespace

@@ -12,7 +12,9 @@
 #include "support/FailLoop.h"
 #include "support/Objects.h"
 #include "support/Registries.h"
+#include "support/ValueTrees.h"
 #include "tarselvalues/reflect/lvClassBuilder.h"
+#include "tarselvalues/reflect/lvWalk.h"
 
 namespace {
 
@@ -367,6 +369,40 @@ TEST(ClassRegistryOutOfMemory, NeedsNoMemoryWhileThereIsRoom) {
   lvtClassRegistry::getInstance();
   exhaust<Nothing>("lvtClassRegistry", "getInstance", NeedsNone,
                    [](Nothing&) { lvtClassRegistry::getInstance(); });
+}
+
+// ---- Walking -----------------------------------------------------------------------------------
+
+// A value with a level of each kind, and what a walk has visited of it.
+struct Walked {
+  std::string shown() const {
+    return "held " + std::to_string(countOf(map)) + " " + std::to_string(countOf(vector));
+  }
+
+  lvArg vector = test::vectorOf({test::string("a")});
+  lvArg map = test::mapOf({{integer(1), vector}});
+};
+
+TEST(WalkOutOfMemory, IsToldAndHoldsNothingAfterwards) {
+  exhaust<Walked>("lvWalk", "lvWalk", Throws, [](Walked& with) {
+    int visited = 0;
+    lvWalk(with.map, [&](lvArg const&, lvWalkPlace const&) {
+      ++visited;
+      return lvWalkVisitor::GoOn;
+    });
+    return visited;
+  });
+}
+
+TEST(WalkOutOfMemory, NeedsNoMemoryToLeaveAValue) {
+  class Idle : public lvWalkVisitor {
+   public:
+    Answer visit(lvArg const&, lvWalkPlace const&) override { return GoOn; }
+  };
+  exhaust<Walked>("lvWalkVisitor", "leave", NeedsNone, [](Walked& with) {
+    lvWalkPlace const place{};
+    return int{Idle().leave(with.map, place)};
+  });
 }
 
 }  // namespace

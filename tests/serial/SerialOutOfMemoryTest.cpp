@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,13 @@
 #include "support/TextReading.h"
 #include "support/TextWriter.h"
 #include "support/ValueTrees.h"
+#include "tarselvalues/containers/lvBuilders.h"
+#include "tarselvalues/containers/lvEntries.h"
+#include "tarselvalues/containers/lvItems.h"
+#include "tarselvalues/core/lvHashing.h"
+#include "tarselvalues/core/lvRead.h"
+#include "tarselvalues/serial/lvStream.h"
+#include "tarselvalues/serial/lvText.h"
 #include "tarselvalues/serial/lvTools.h"
 #include "tarselvalues/serial/lvrCommonSerializer.h"
 
@@ -418,6 +426,48 @@ TEST(ToolsOutOfMemory, LeaveNothingBehind) {
   test::registerClasses();
   exhaust<ConsumedText>("lvTools", "lvToolsFromString", Throws, [](ConsumedText& with) {
     with.out = lvToolsFromString(with.value, with.consumed);
+  });
+}
+
+// ---- Comfort -----------------------------------------------------------------------------------
+
+TEST(ComfortOutOfMemory, IsToldAndLeavesNothing) {
+  std::string const text(1000, 'x');
+  exhaust<Nothing>("lvCell", "lvToCell", Throws, [&](Nothing&) { return lvToCell(text); });
+  exhaust<Nothing>("lvCell", "lvToKey", Throws, [&](Nothing&) { return lvToKey(text); });
+  exhaust<Nothing>("lvBuilders", "lvListOf, lvMapBuilder", Throws,
+                   [&](Nothing&) { return lvMapBuilder().put(text, lvListOf(text, 1)).map(); });
+  exhaust<Tree>("lvText", "lvToText, lvFromText", Throws,
+                [](Tree& with) { return lvFromText(lvToText(with.vector)); });
+  exhaust<Tree>("lvItems", "lvItems", Throws, [](Tree& with) {
+    int count = 0;
+    for (lvArg const& item : lvItems(with.vector)) {
+      count += item.isNil() ? 1 : 2;
+    }
+    return count;
+  });
+  exhaust<Tree>("lvEntries", "lvEntries", Throws, [](Tree& with) {
+    int count = 0;
+    for (auto const& [key, value] : lvEntries(with.map)) {
+      count += key.isNil() || value.isNil() ? 1 : 2;
+    }
+    return count;
+  });
+  lvArg const cell = string(text);
+  exhaust<Nothing>("lvRead", "lvReadText", Throws,
+                   [&](Nothing&) { return static_cast<int>(lvReadText(cell, "").size()); });
+  exhaust<Nothing>("lvStream", "operator<<", Throws,
+                   [&](Nothing&) { std::ostream(nullptr) << cell; });
+}
+
+TEST(ComfortOutOfMemory, NeedsNoMemoryToReadIntegersAndToCompare) {
+  exhaust<Nothing>("lvRead", "lvReadInt, lvReadBool", NeedsNone, [](Nothing&) {
+    return lvReadInt(integer(1), 2) + static_cast<int>(lvReadBool(integer(1), false));
+  });
+  exhaust<Nothing>("lvHashing", "lvHasher, lvEquivalent, lvOrdered", NeedsNone, [](Nothing&) {
+    return static_cast<int>(lvHasher()(integer(1)) & 0xFF) +
+           static_cast<int>(lvEquivalent()(integer(1), integer(1))) +
+           static_cast<int>(lvOrdered()(integer(1), integer(2)));
   });
 }
 

@@ -50,6 +50,7 @@ string(REGEX MATCHALL "[0-9a-f]+ [TW] lv[^\n]+" symbols "${symbols}")
 list(TRANSFORM symbols REPLACE "^[0-9a-f]+ [TW] ([^(]+).*$" "\\1")
 list(FILTER symbols EXCLUDE REGEX "~")
 list(TRANSFORM symbols REPLACE "^lvTools" "lvTools::lvTools")
+list(TRANSFORM symbols REPLACE "^(lv[A-Za-z]+)$" "\\1::\\1")  # A function with a header of its own.
 list(REMOVE_DUPLICATES symbols)
 if(NOT symbols)
   message(SEND_ERROR "${LIBRARY} exports nothing")
