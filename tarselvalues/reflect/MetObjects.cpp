@@ -10,8 +10,8 @@ constexpr std::size_t FirstSize = 16;
 
 // Spreads addresses, whose low bits are all the same and whose high bits hardly differ.
 std::size_t hashOf(lvReferencable const* object) {
-  constexpr std::uint64_t Golden = 0x9E3779B97F4A7C15U;
-  return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(object) * Golden) >> 32U);
+  constexpr std::uint64_t golden = 0x9E3779B97F4A7C15U;
+  return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(object) * golden) >> 32U);
 }
 
 }  // namespace

@@ -78,11 +78,11 @@ class FitWriter : public lvtStringArgDest {
 // Returns the text of `value`. What the writer has no text for is missing: the 33rd level and
 // objects of unknown classes. Any thread.
 inline std::string lvToText(lvArg const& value) {
-  constexpr std::size_t FirstCapacity = 512;
-  constexpr std::size_t LastCapacity = INT_MAX / 2;
+  constexpr std::size_t firstCapacity = 512;
+  constexpr std::size_t lastCapacity = INT_MAX / 2;
   auto* const serializer = new lvrCommonSerializer;
   lvArg const holder(*serializer);
-  for (std::size_t capacity = FirstCapacity; capacity <= LastCapacity; capacity *= 2) {
+  for (std::size_t capacity = firstCapacity; capacity <= lastCapacity; capacity *= 2) {
     std::string text(capacity, '\0');
     tarselvalues::FitWriter writer(text);
     serializer->serializeAtomInto(writer, value);

@@ -12,7 +12,6 @@
 namespace {
 
 using test::described;
-using test::integer;
 
 std::uint32_t bucketsOf(lvArg const& map) {
   return lvLayoutAccess<lvrHashMap>::hashSize(

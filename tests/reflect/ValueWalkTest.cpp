@@ -39,8 +39,8 @@ using test::vectorOf;
 class Account : public lvWalkVisitor {
  public:
   Answer visit(lvArg const& value, lvWalkPlace const& place) override {
-    static constexpr char const* Meetings[] = {"", " again", " cycle"};
-    lines_ += line(value, place) + Meetings[place.meeting] + "\n";
+    static constexpr char const* meetings[] = {"", " again", " cycle"};
+    lines_ += line(value, place) + meetings[place.meeting] + "\n";
     return GoOn;
   }
   Answer leave(lvArg const& value, lvWalkPlace const& place) override {
@@ -52,8 +52,8 @@ class Account : public lvWalkVisitor {
 
  private:
   static std::string line(lvArg const& value, lvWalkPlace const& place) {
-    static constexpr char const* Roles[] = {"root", "element", "key", "value", "field"};
-    std::string text = std::to_string(place.depth) + " " + Roles[place.role] + " " +
+    static constexpr char const* roles[] = {"root", "element", "key", "value", "field"};
+    std::string text = std::to_string(place.depth) + " " + roles[place.role] + " " +
                        std::to_string(place.index) + " " + brief(value);
     if (place.holder != nullptr) {
       text += " of " + brief(*place.holder);
@@ -235,14 +235,14 @@ TEST(ValueWalk, TellsACycleThroughMapsAndObjects) {
 }
 
 TEST(ValueWalk, MeetsManyObjectsOnceEach) {
-  constexpr int Count = 5000;
+  constexpr int count = 5000;
   lvVector list(0);
-  for (int i = 0; i < Count; ++i) {
+  for (int i = 0; i < count; ++i) {
     list->insert(string(std::to_string(i)), -1);
   }
   EXPECT_EQ(meetings(vectorOf({list, list})), "5002 first, 1 again, 0 cycle");
   lvVector again(0);
-  for (int i = 0; i < Count; ++i) {
+  for (int i = 0; i < count; ++i) {
     again->insert(list->at(i), -1);
   }
   EXPECT_EQ(meetings(vectorOf({list, again})), "5003 first, 5000 again, 0 cycle");
@@ -360,9 +360,9 @@ TEST(ValueWalk, HoldsWhatItHasMetUntilItEnds) {
 }
 
 TEST(ValueWalk, TheDepthOfAValueIsNoBurdenOnTheNativeStack) {
-  constexpr int Depth = 100000;
+  constexpr int levels = 100000;
   lvArg value;
-  for (int i = 0; i < Depth; ++i) {
+  for (int i = 0; i < levels; ++i) {
     value = test::inVector(value);
   }
   int deepest = 0;
@@ -370,7 +370,7 @@ TEST(ValueWalk, TheDepthOfAValueIsNoBurdenOnTheNativeStack) {
     deepest = std::max(deepest, place.depth);
     return lvWalkVisitor::GoOn;
   }));
-  EXPECT_EQ(deepest, Depth);
+  EXPECT_EQ(deepest, levels);
 }
 
 // ---- Against a model ---------------------------------------------------------------------------
@@ -433,8 +433,8 @@ TEST(ValueWalk, AgreesWithAModelOnRandomGraphs) {
     std::string lines;
     lvArg const root = pool[3];
     EXPECT_TRUE(lvWalk(root, [&](lvArg const& value, lvWalkPlace const& place) {
-      static constexpr char const* Meetings[] = {"\n", " again\n", " cycle\n"};
-      lines += std::to_string(place.depth) + " " + brief(value) + Meetings[place.meeting];
+      static constexpr char const* meetings[] = {"\n", " again\n", " cycle\n"};
+      lines += std::to_string(place.depth) + " " + brief(value) + meetings[place.meeting];
       return lvWalkVisitor::GoOn;
     }));
     ASSERT_EQ(lines, WalkModel().walk(root, 0)) << "seed " << seed;
