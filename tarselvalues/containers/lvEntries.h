@@ -21,8 +21,8 @@
 
 // An entry of a map, copied.
 struct lvEntry {
-  lvArg key;
-  lvArg value;
+  lvArg key;    // a copy of the key
+  lvArg value;  // a copy of the value under it
 };
 
 class lvEntries {

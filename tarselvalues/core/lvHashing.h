@@ -12,18 +12,22 @@
 
 #include "tarselvalues/core/lvArg.h"
 
-// lvArg::hashCode().
+// Hashes cells.
 struct lvHasher {
+  // Returns lvArg::hashCode(). One thread at a time for the cell and what is in it.
   std::size_t operator()(lvArg const& value) const { return value.hashCode(); }
 };
 
-// lvArg::equiv().
+// Tells cells apart.
 struct lvEquivalent {
+  // Returns whether lvArg::equiv() holds. One thread at a time for the cells and what is in them.
   bool operator()(lvArg const& a, lvArg const& b) const { return a.equiv(b) != 0; }
 };
 
-// lvArg::compareTo(). It subtracts integers with wrap-around: integers in one ordered container must
-// lie within 2147483647 of each other.
+// Orders cells. lvArg::compareTo() subtracts integers with wrap-around: the integers in one ordered
+// container must lie within 2147483647 of each other.
 struct lvOrdered {
+  // Returns whether `a` comes before `b` for lvArg::compareTo(). One thread at a time for the cells
+  // and what is in them.
   bool operator()(lvArg const& a, lvArg const& b) const { return a.compareTo(b) < 0; }
 };

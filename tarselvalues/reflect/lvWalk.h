@@ -44,8 +44,8 @@ struct lvWalkPlace {
     Cycle,  // it is one of those that hold this very place
   };
 
-  Role role;
-  Meeting meeting;
+  Role role;            // what the value is to its holder
+  Meeting meeting;      // how its object was met
   int depth;            // how many values hold this one; 0 for the root
   int index;            // position among the elements, entries or fields of its holder, from 0
   lvArg const* holder;  // the list, map or object; null for the root
