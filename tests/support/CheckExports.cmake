@@ -7,7 +7,7 @@ execute_process(COMMAND "${NM}" -D -C --defined-only "${LIBRARY}"
 string(REPLACE ";" " " symbols "${symbols}")
 string(REPLACE "\n" ";" symbols "${symbols}")
 
-set(own "lv[airt]?[A-Z][A-Za-z]*::|lvTools|lvGetVersion|vtable for lv|typeinfo for lv|typeinfo name for lv")
+set(own "lv[airt]?[A-Z][A-Za-z]*::|lvTools|lvGetVersion|lvWalk\\(|vtable for lv|typeinfo for lv|typeinfo name for lv")
 set(own "^[0-9a-f]+ [A-Za-z] (${own}|non-virtual thunk to lv|TARSELVALUES_1$)")
 foreach(symbol IN LISTS symbols)
   if(NOT symbol STREQUAL "" AND NOT symbol MATCHES "${own}")
