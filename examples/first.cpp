@@ -1,19 +1,14 @@
-#include <tarselvalues/tarselvalues.h>
+#include <tarselvalues/comfort.h>
 
-#include <cstdio>
+#include <iostream>
 
 int main() {
-  lvArg port;
-  port.setInt(502);
-  lvVector ports(4);
-  ports->insert(port, -1);
-  lvHashMap device(7);
-  device->put(lvString("name"), lvString("pump room"));
-  device->put(lvString("ports"), ports);
-  lvString const text = lvToolsToString(device);
-  int consumed = 0;
-  lvHashMap const again(lvToolsFromString(text, consumed));
-  lvString const name(again->get(lvString("name")));
-  std::puts(text);
-  std::puts(name);
+  lvMapBuilder device;
+  device.put("ports", lvListOf(502, 503)).put("alarms", lvListOf("low water", "no power"));
+  for (auto const& [name, list] : lvEntries(device.map())) {
+    std::cout << name << " has " << list << '\n';
+  }
+  std::string const text = lvToText(device.map());
+  lvHashMap const again(lvFromText(text));
+  std::cout << text << '\n' << again->get(lvString("ports")) << '\n';
 }
