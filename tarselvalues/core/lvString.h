@@ -70,7 +70,7 @@ class TARSELVALUES_API lvString : public lvArg {
     template <class T>
     friend struct lvLayoutAccess;
 
-    class Forks;
+    class TARSELVALUES_INTERNAL Forks;
 
     static constexpr std::uint32_t BucketCount = 1009;
 

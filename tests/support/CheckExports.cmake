@@ -21,7 +21,7 @@ foreach(name "lvArg::assign(lvArg const&)" "lvToolsToString(lvArg const&)" "vtab
     message(SEND_ERROR "not exported: ${name}")
   endif()
 endforeach()
-foreach(hidden "internBuffer" "isStillUnheld" "tarselvalues::")
+foreach(hidden "internBuffer" "isStillUnheld" "Forks" "tarselvalues::")
   if(symbols MATCHES "${hidden}")
     message(SEND_ERROR "exported, but the library's alone: ${hidden}")
   endif()
