@@ -1,5 +1,7 @@
 """Tests that the changes of scripts/abi-breaks fit the sources, which takes no building."""
 
+import contextlib
+import io
 import os
 import pathlib
 import sys
@@ -17,15 +19,19 @@ class Changes(unittest.TestCase):
         cls.sources = abi_breaks.read_sources()
 
     def test_fit_the_sources(self):
-        for name, (_, edits) in abi_breaks.CHANGES.items():
+        for name, (*_, edits) in abi_breaks.CHANGES.items():
             with self.subTest(name):
                 changed = abi_breaks.changed(name, self.sources)
                 for file, *_ in edits:
                     self.assertNotEqual(changed[file], self.sources[file])
 
+    def test_tell_what_has_to_be_said_to_them(self):
+        for name, (expected, because, _) in abi_breaks.CHANGES.items():
+            self.assertEqual(because == "", expected == abi_breaks.SAME, name)
+
     def test_that_do_not_fit_are_reported(self):
         abi_breaks.CHANGES["misfit"] = (
-            abi_breaks.REFUSED, [(abi_breaks.VERSION, "what no source has", "")])
+            abi_breaks.REFUSED, "", [(abi_breaks.VERSION, "what no source has", "")])
         with self.assertRaisesRegex(SystemExit, "misfit: .* has 0 times, not once"):
             abi_breaks.changed("misfit", self.sources)
         del abi_breaks.CHANGES["misfit"]
@@ -37,6 +43,24 @@ class Changes(unittest.TestCase):
             self.assertEqual(refused[file], "")
             self.assertEqual(uncompiled[file], self.sources[file])
             self.assertIn("static_assert", uncompiled[file])
+
+
+class List(unittest.TestCase):
+    def listed(self, *names):
+        out = io.StringIO()
+        with contextlib.redirect_stdout(out):
+            abi_breaks.print_list(names)
+        return [line.split()[0] for line in out.getvalue().splitlines()]
+
+    def test_without_names_is_of_all_changes(self):
+        self.assertEqual(self.listed(), list(abi_breaks.CHANGES))
+
+    def test_begins_with_no_change(self):
+        self.assertEqual(self.listed("soname-changed"), ["nothing", "soname-changed"])
+
+    def test_refuses_names_of_no_change(self):
+        with self.assertRaisesRegex(SystemExit, "no such change: other"):
+            self.listed("soname-changed", "other")
 
 
 if __name__ == "__main__":
