@@ -60,6 +60,11 @@ if(TARGET lvtext)
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tools)
 endif()
 
+# Another project that has the library as a folder has documents and an archive of its own.
+if(NOT PROJECT_IS_TOP_LEVEL)
+  return()
+endif()
+
 # As they stand beside each other here, so that links from one to another lead there.
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc)
@@ -83,11 +88,9 @@ endif()
 
 # `cpack` packs all of it into one archive, for systems that know no packages of Debian's. It may be
 # unpacked anywhere.
-if(PROJECT_IS_TOP_LEVEL)
-  set(CPACK_GENERATOR TGZ)
-  set(CPACK_PACKAGE_FILE_NAME "tarselvalues-${PROJECT_VERSION}-${CMAKE_SYSTEM_PROCESSOR}")
-  set(CPACK_STRIP_FILES ON)
-  set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
-      "Dynamically typed values, with a text format, for small devices")
-  include(CPack)
-endif()
+set(CPACK_GENERATOR TGZ)
+set(CPACK_PACKAGE_FILE_NAME "tarselvalues-${PROJECT_VERSION}-${CMAKE_SYSTEM_PROCESSOR}")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
+    "Dynamically typed values, with a text format, for small devices")
+include(CPack)
