@@ -80,10 +80,12 @@ install(FILES "${PROJECT_SOURCE_DIR}/docs/man/tarselvalues.7"
 if(TARSELVALUES_BUILD_DOCS)
   install(DIRECTORY "${PROJECT_BINARY_DIR}/docs/html" DESTINATION "${CMAKE_INSTALL_DOCDIR}"
     COMPONENT doc)
-  # A page for each class; of the headers, those that have more than one class to tell about.
+  # A page for each class, and for each header that has functions of its own.
+  set(with_functions
+      "lvBuilders|lvCell|lvRead|lvStream|lvString|lvText|lvTools|lvVersion|lvWalk")
   install(DIRECTORY "${PROJECT_BINARY_DIR}/docs/man/man3" DESTINATION "${CMAKE_INSTALL_MANDIR}"
     COMPONENT doc
-    FILES_MATCHING REGEX "/([A-Za-z_]+|(lvTools|lvVersion|lvString)\\.h)\\.3$")
+    FILES_MATCHING REGEX "/([A-Za-z_]+|(${with_functions})\\.h)\\.3$")
 endif()
 
 # `cpack` packs all of it into one archive, for systems that know no packages of Debian's. It may be
