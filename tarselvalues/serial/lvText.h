@@ -75,8 +75,9 @@ class FitWriter : public lvtStringArgDest {
 
 }  // namespace tarselvalues
 
-// Returns the text of `value`. What the writer has no text for is missing: the 33rd level and
-// objects of unknown classes. Any thread.
+// Returns the text of `value`. What the writer has no text for (a linked or sorted list, a stack, an
+// object of an unknown class, the 33rd level) ends the level that it stands in, which is then closed
+// twice; alone it has an empty text. Any thread.
 inline std::string lvToText(lvArg const& value) {
   constexpr std::size_t firstCapacity = 512;
   constexpr std::size_t lastCapacity = INT_MAX / 2;

@@ -10,8 +10,12 @@
 
 #include "support/FieldObjects.h"
 #include "support/Nested.h"
+#include "support/UnusualObjects.h"
 #include "support/ValueTrees.h"
 #include "tarselvalues/containers/lvVector.h"
+#include "tarselvalues/containers/lvrDLList.h"
+#include "tarselvalues/containers/lvrSortedArrayList.h"
+#include "tarselvalues/containers/lvrStack.h"
 #include "tarselvalues/serial/lvStream.h"
 #include "tarselvalues/serial/lvText.h"
 #include "tarselvalues/serial/lvTools.h"
@@ -93,6 +97,15 @@ TEST(ToText, EndsAtThe32ndLevel) {
   EXPECT_EQ(whole, std::string(32, '{') + "#nil" + std::string(32, '}'));
   lvArg const deeper = test::inVector(test::inVector(value));
   EXPECT_EQ(lvToText(deeper), std::string(lvToolsToString(deeper)));
+}
+
+TEST(ToText, EndsALevelAtWhatHasNoTextAndClosesItTwice) {
+  for (lvArg const& unwritable :
+       {test::newListLike(), lvArg(*new lvrDLList), lvArg(*new lvrStack(1)),
+        lvArg(*new lvrSortedArrayList(1)), test::newPlainObject()}) {
+    EXPECT_EQ(lvToText(unwritable), "");
+    EXPECT_EQ(lvToText(vectorOf({integer(1), unwritable, integer(2)})), "{1}}");
+  }
 }
 
 TEST(ToText, EndsForAListThatContainsItself) {
