@@ -2,6 +2,9 @@
 //
 //   std::unordered_map<lvArg, int, lvHasher, lvEquivalent> counts;
 //
+// A container that is a key must stay as it is: the hash of a map, vector or stack follows what it
+// holds, so one that has changed is not found again.
+//
 // There is no std::hash and no operator== of cells: a program would not see that strings are told
 // apart by their text, and containers by their identity.
 //

@@ -8,6 +8,8 @@
 #include <unordered_set>
 
 #include "support/Cells.h"
+#include "tarselvalues/containers/lvHashMap.h"
+#include "tarselvalues/containers/lvVector.h"
 #include "tarselvalues/core/lvHashing.h"
 
 namespace {
@@ -35,6 +37,16 @@ TEST(Hashing, TellsObjectsApartByTheirIdentity) {
   lvArg const other(*new lvReferencable);
   std::unordered_set<lvArg, lvHasher, lvEquivalent> const set{one, other, one};
   EXPECT_EQ(set.size(), 2U);
+}
+
+TEST(Hashing, DoesNotFindAContainerThatHasChanged) {
+  lvVector vector(1);
+  lvHashMap map(1);
+  std::unordered_set<lvArg, lvHasher, lvEquivalent> const set{vector, map};
+  EXPECT_EQ(set.count(vector) + set.count(map), 2U);
+  vector->insert(integer(1), -1);
+  map->put(integer(1), integer(2));
+  EXPECT_EQ(set.count(vector) + set.count(map), 0U);
 }
 
 TEST(Hashing, OrdersAsTheLibraryDoes) {
