@@ -52,7 +52,7 @@ lvVector lvListOf(Elements const&... elements) {
 // Makes a hash map. Keys that are texts are interned.
 class lvMapBuilder {
  public:
-  // For a map of so many buckets.
+  // For a map of so many buckets; one of none takes nothing.
   explicit lvMapBuilder(int buckets = lvrHashMap::DefaultHashSize) : map_(buckets) {}
 
   // Stores a value under a key, in place of the one that it had. Nil is not stored: the key is

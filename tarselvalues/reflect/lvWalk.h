@@ -17,9 +17,10 @@
 // Threads:   one thread at a time for the value and all that is in it.
 // Errors:    out of memory is std::bad_alloc. That, and what the visitor or a container of the
 //            program throws, passes through; nothing is leaked.
-// Cost:      two changes of count for each object; two blocks of memory that grow as they must, and
-//            a cursor for each container that is not an lvrVector. The depth of the value is no
-//            burden on the native stack.
+// Cost:      four changes of count for each object, and a few more for one that may hold
+//            something; two blocks of memory that grow as they must, and a cursor for each map and for each
+//            list that is neither an lvrVector nor sorted. The depth of the value is no burden on
+//            the native stack.
 #pragma once
 
 #include <type_traits>
