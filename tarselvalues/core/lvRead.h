@@ -22,8 +22,8 @@ inline bool lvReadBool(lvArg const& value, bool otherwise) {
   return lvReadInt(value, otherwise ? 1 : 0) != 0;
 }
 
-// Returns a copy of the text of a string, or `otherwise`: also for a string without text.
-// Any thread.
+// Returns a copy of the text of a string, or `otherwise`: also for a string without text. A text of
+// 65,535 bytes or more ends at its first NUL. Any thread.
 inline std::string lvReadText(lvArg const& value, std::string otherwise) {
   int length = 0;
   char const* const text =

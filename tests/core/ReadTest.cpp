@@ -38,6 +38,14 @@ TEST(ReadText, ReturnsEveryByteOfAString) {
   EXPECT_EQ(lvReadText(string(""), "none"), "");
 }
 
+TEST(ReadText, EndsAtTheFirstNulOfATextOf65535Bytes) {
+  std::string text(65534, 'x');
+  text[3] = '\0';
+  EXPECT_EQ(lvReadText(string(text), "none").size(), 65534U);
+  text += 'x';
+  EXPECT_EQ(lvReadText(string(text), "none"), "xxx");
+}
+
 TEST(ReadText, ReturnsTheDefaultForWhatIsNoString) {
   EXPECT_EQ(lvReadText(lvArg(), "none"), "none");  // lvValue has "(NIL)" here.
   EXPECT_EQ(lvReadText(integer(5), "none"), "none");
