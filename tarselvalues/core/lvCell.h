@@ -3,6 +3,8 @@
 // Ownership: the caller's cell holds what is made; texts are copied.
 // Threads:   any thread.
 // Errors:    a text that is too long for memory, or for an int, is std::bad_alloc.
+// NULs:      a text may have some in it; but of one of 65,535 bytes or more no more is read than
+//            what stands before the first (see lvrString.h).
 #pragma once
 
 #include <climits>
@@ -19,10 +21,13 @@
 inline lvArg lvToCell(lvArg const& value) { return value; }
 
 // Returns an integer; 1 and 0 for true and false. Numbers that an int need not hold do not compile:
-// the program says how it cuts them; nor do characters. Any thread.
+// the program says how it cuts them; nor do characters, but signed and unsigned char are numbers.
+// Any thread.
 template <class Number, std::enable_if_t<std::is_integral_v<Number>, int> = 0>
 lvArg lvToCell(Number number) {
-  static_assert(!std::is_same_v<Number, char>, "a character is neither a number nor a text");
+  static_assert(!std::is_same_v<Number, char> && !std::is_same_v<Number, wchar_t> &&
+                    !std::is_same_v<Number, char16_t> && !std::is_same_v<Number, char32_t>,
+                "a character is neither a number nor a text");
   static_assert(
       sizeof(Number) < sizeof(int) || (sizeof(Number) == sizeof(int) && std::is_signed_v<Number>),
       "a cell holds an int");
@@ -31,7 +36,7 @@ lvArg lvToCell(Number number) {
   return cell;
 }
 
-// Returns a new string with this text, which may have NULs in it. Any thread.
+// Returns a new string with this text. Any thread.
 inline lvArg lvToCell(std::string_view text) {
   if (text.size() > INT_MAX) {
     throw std::bad_alloc();

@@ -67,3 +67,11 @@ lvArg makeFromUnknown([[maybe_unused]] Unknown const* object) {
   return cell;
 #endif
 }
+
+lvArg makeFromUtf16(char16_t character) {
+#if MISUSE == 8
+  return lvToCell(character);
+#else
+  return lvToCell(static_cast<int>(character));
+#endif
+}
