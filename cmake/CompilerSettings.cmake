@@ -15,11 +15,15 @@ endif()
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
 
-# Usage requirement of our own targets only: neither GoogleTest nor users inherit it.
+# Usage requirement of our own targets only: neither GoogleTest nor users inherit it. A warning is an
+# error for those who work on the library, but not for users, whose compilers may warn of more.
 add_library(tarselvalues-warnings INTERFACE)
 target_compile_options(tarselvalues-warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
-  $<$<BOOL:${PROJECT_IS_TOP_LEVEL}>:-Werror>)
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(TARSELVALUES_BUILD_TESTS OR TARSELVALUES_BUILD_REPLAYS OR TARSELVALUES_BUILD_FUZZERS
+   OR TARSELVALUES_BUILD_BENCH)
+  target_compile_options(tarselvalues-warnings INTERFACE -Werror)
+endif()
 
 # Sanitizers go into everything, GoogleTest included.
 if(TARSELVALUES_SANITIZE)
