@@ -3,7 +3,7 @@
 // Ownership: the caller's cell holds what is made; texts are copied.
 // Threads:   any thread.
 // Errors:    a text that is too long for memory, or for an int, is std::bad_alloc.
-// NULs:      a text may have some in it; but of one of 65,535 bytes or more no more is read than
+// Limits:    a text may have NULs in it; but of one of 65,535 bytes or more no more is read than
 //            what stands before the first (see lvrString.h).
 #pragma once
 
