@@ -59,11 +59,15 @@ def read_exceptions(path):
 
 
 def branches_of_ours(branches):
-    """Without the two ways out of a call: on, which comes first, and by an exception."""
+    """Without the two ways out of a call: on, which comes first, and by an exception.
+
+    What a template becomes for one argument and for another is counted together, by the number of the
+    branch: a way out may then have no way on before it.
+    """
     ours = []
     for branch in branches:
         if branch["throw"]:
-            ours.pop()
+            del ours[-1:]
         else:
             ours.append(branch)
     return ours
