@@ -11,8 +11,7 @@ namespace tarselvalues {
 
 namespace {
 
-constexpr int EscapeRoom = 4;    // what an escaped byte asks for,
-constexpr int EscapeLength = 3;  // and what it takes
+constexpr int EscapeLength = EscapeRoom - 1;
 
 void writeEscape(char* at, char c) {
   static constexpr char hexDigits[] = "0123456789ABCDEF";

@@ -12,6 +12,8 @@ namespace tarselvalues {
 // "-2147483648"
 constexpr int MostDecimalDigits = 11;
 
+constexpr int EscapeRoom = 4;  // What an escaped byte asks for; it takes one less.
+
 // What outputQuotedString() of the writer does. Of the text, `readable` bytes are known to be
 // there, whatever they are, and no more than `most`: these are read a ByteWord at a time.
 TARSELVALUES_INTERNAL int writeEscaped(char** cursor, int* room, char const* text, int most,

@@ -31,7 +31,13 @@ lvtStringArgDest::lvtStringArgDest(char* buf, int size) : lvtStringArgDest() {
 }
 
 lvtStringArgDest::lvtStringArgDest()
-    : buffer_(nullptr), capacity_(0), length_(0), flags_(0), depth_(0), levelKinds_(0) {
+    : buffer_(nullptr),
+      capacity_(0),
+      length_(0),
+      flags_(0),
+      depth_(0),
+      isOverfull_(false),
+      levelKinds_(0) {
   lvtStringArgDest::initOnce();
   lvtStringArgDest::init();
 }
@@ -51,6 +57,7 @@ void lvtStringArgDest::setStringBuffer(char* buf, int size) {
   capacity_ = usable;
   length_ = 0;
   setFlag(OwnsBuffer, owned);
+  isOverfull_ = false;
 }
 
 int lvtStringArgDest::initOnce() {
@@ -92,6 +99,12 @@ void lvtStringArgDest::setTransferSizes(bool on) { setFlag(TransferSizes, on); }
 
 void lvtStringArgDest::omitSeparator() { setFlag(SeparatorPending, false); }
 
+// Remembers that something had no room.
+int lvtStringArgDest::refuse() {
+  isOverfull_ = true;
+  return ROOM_ERROR;
+}
+
 // ---- Levels ------------------------------------------------------------------------------------
 
 int lvtStringArgDest::pushMapStack(bool tuple) {
@@ -118,14 +131,14 @@ int lvtStringArgDest::enter(lvArg const& kind, int size) {
   int const needed =
       size < 0 ? UnsizedEnterRoom : SizedEnterRoom + (hasFlag(SeparatorPending) ? 1 : 0);
   if (roomBeforeNul() < needed) {
-    return ROOM_ERROR;
+    return refuse();
   }
   bool const tuple = kind.getType() == lvArg::IntType && kind.getInt() == TupleFrame;
   separate();
   if (kind.getType() == lvArg::ClassType) {
     writeObjectName(kind);
     if (length_ >= capacity_) {  // The name took the bracket's place.
-      return ROOM_ERROR;
+      return refuse();
     }
   }
   if (pushMapStack(tuple) != 0) {
@@ -162,12 +175,14 @@ void lvtStringArgDest::writeSize(int size) {
     std::memcpy(buffer_ + length_, digits, static_cast<std::size_t>(count));
     length_ += count;
     append(']');
+  } else {
+    refuse();
   }
 }
 
 int lvtStringArgDest::leave() {
   if (capacity_ - length_ < LeaveRoom) {
-    return ROOM_ERROR;
+    return refuse();
   }
   append(popMapStack() ? ')' : '}');
   setFlag(SeparatorPending, true);
@@ -195,7 +210,7 @@ int lvtStringArgDest::terminate() {
 int lvtStringArgDest::putArg(lvArg const& value) {
   int const room = roomBeforeNul();
   if (room < LeastPutRoom) {
-    return ROOM_ERROR;
+    return refuse();
   }
   separate();
   if (value.getType() == lvArg::IntType) {
@@ -212,7 +227,7 @@ int lvtStringArgDest::putInteger(int value, int room) {
   char* cursor = buffer_ + length_;
   int const status = outputInteger(&cursor, &room, value);
   length_ = static_cast<std::int32_t>(cursor - buffer_);
-  return status;
+  return status == 0 ? 0 : refuse();
 }
 
 int lvtStringArgDest::putString(lvrString const& string, int room) {
@@ -220,7 +235,7 @@ int lvtStringArgDest::putString(lvrString const& string, int room) {
   char const* const text = hasText ? string.getText() : lvrString::strEmpty;
   int const textLength = hasText ? string.getLength() : 0;
   if (textLength >= room - 1) {
-    return ROOM_ERROR;
+    return refuse();
   }
   if (hasFlag(BareWords) && isIdentifier(text, textLength)) {
     std::memcpy(buffer_ + length_, text, static_cast<std::size_t>(textLength));
@@ -233,6 +248,9 @@ int lvtStringArgDest::putString(lvrString const& string, int room) {
   // A borrowed text may be shorter than it is said to be.
   int const readable = string.isBorrowing() ? 0 : textLength;
   tarselvalues::writeEscaped(&cursor, &quotedRoom, text, INT_MAX, readable);
+  if (quotedRoom < tarselvalues::EscapeRoom) {
+    refuse();  // It may have been cut.
+  }
   if (cursor == buffer_ + capacity_) {
     // Behind a separator the escapes took the closing quote's place. The byte that filled the room
     // is a plain one, since an escape leaves room for one more.
@@ -245,7 +263,7 @@ int lvtStringArgDest::putString(lvrString const& string, int room) {
 
 int lvtStringArgDest::putNil(int room) {
   if (room < NilRoom) {
-    return ROOM_ERROR;
+    return refuse();
   }
   std::memcpy(buffer_ + length_, "#nil", NilRoom);
   length_ += NilRoom;
@@ -273,6 +291,7 @@ int lvtStringArgDest::outputQuotedString(char** cursor, int* room, char const* t
 
 int lvtStringArgDest::insertChar(int c) {
   if (length_ >= capacity_) {
+    refuse();
     return NoRoom;
   }
   append(static_cast<char>(c));
@@ -285,6 +304,7 @@ int lvtStringArgDest::insertString(char const* text, int count) {
   }
   std::size_t const bytes = count < 0 ? std::strlen(text) : static_cast<std::size_t>(count);
   if (length_ >= capacity_ || bytes >= static_cast<std::size_t>(capacity_ - length_)) {
+    refuse();
     return NoRoom;
   }
   if (bytes != 0) {

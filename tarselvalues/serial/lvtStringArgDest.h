@@ -83,6 +83,10 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   char const* getStringData() const { return buffer_; }
   // Returns its length in bytes.
   int getStringLength() const { return length_; }
+  // Whether everything has had room since the buffer was set, which no other answer tells for sure:
+  // a string may be cut with success, a class name left out, and the serializer closes a level in
+  // which something was missing. A text that takes the buffer's last bytes may count as cut.
+  bool hasFitted() const { return !isOverfull_; }
 
   // Moves the place where the next byte goes; -1 unless 0 <= offset < capacity.
   int setStringOffset(int offset);
@@ -134,6 +138,7 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
     flags_ = static_cast<std::uint16_t>(on ? flags_ | unsigned{flag} : flags_ & ~unsigned{flag});
   }
   bool isInTuple() const { return depth_ > 0 && ((levelKinds_ >> (depth_ - 1)) & 1U) != 0; }
+  int refuse();
   int roomBeforeNul() const { return capacity_ - length_ - 1; }
   void append(char c) { buffer_[length_++] = c; }
   void separate();
@@ -148,5 +153,6 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
   std::int32_t length_;
   std::uint16_t flags_;
   std::uint8_t depth_;
+  bool isOverfull_;           // something has had no room
   std::uint32_t levelKinds_;  // bit i: level i (0 is the outermost) is a tuple
 };

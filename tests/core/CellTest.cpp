@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstddef>
 #include <cstdint>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -60,6 +62,10 @@ TEST(ToCell, SharesWhatACellOrHandleHolds) {
   lvString const handle("pump");
   EXPECT_TRUE(lvToCell(handle).eq(handle));
   EXPECT_TRUE(lvToCell(lvArg()).isNil());
+}
+
+TEST(ToCell, RefusesATextThatIsLongerThanAnIntCanTell) {
+  EXPECT_THROW(lvToCell(std::string_view("", std::size_t{INT_MAX} + 1)), std::bad_alloc);
 }
 
 TEST(ToKey, InternsTexts) {

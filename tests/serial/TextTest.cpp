@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstddef>
 #include <iomanip>
+#include <new>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -88,6 +90,28 @@ TEST(ToText, WritesALongClassNameWhole) {
   EXPECT_EQ(text.substr(0, name.size() + 2), "*" + name + "{");
 }
 
+TEST(ToText, IsCutByNoBufferThatTheWriterSaysItHasFitted) {
+  test::registerClasses();
+  lvArg const value = vectorOf(
+      {mapOf({{string("key"), string("\"quoted\"")}}), test::point(-100, 5),
+       vectorOf({string("a long string, longer than what comes after it"), lvArg()}),
+       test::objectOf("my class", {string("%%"), vectorOf({})}), string(""), integer(INT_MIN)});
+  std::string const whole = lvToText(value);
+  auto* const serializer = new lvrCommonSerializer;
+  lvArg const holder(*serializer);
+  int fitted = 0;
+  for (std::size_t capacity = 0; capacity < whole.size() + 100; ++capacity) {
+    std::string buffer(capacity, '.');
+    lvtStringArgDest writer(buffer.data(), static_cast<int>(capacity));
+    serializer->serializeAtomInto(writer, value);
+    if (writer.hasFitted()) {
+      ASSERT_EQ(buffer.substr(0, static_cast<std::size_t>(writer.getStringLength())), whole);
+      ++fitted;
+    }
+  }
+  EXPECT_GE(fitted, 80);
+}
+
 TEST(ToText, EndsAtThe32ndLevel) {
   lvArg value;
   for (int i = 0; i < 31; ++i) {
@@ -130,6 +154,10 @@ TEST(FromText, IsNilWhereThereIsNoValue) {
   EXPECT_EQ(consumed, 0U);
   EXPECT_TRUE(lvFromText(std::string_view()).isNil());
   EXPECT_TRUE(lvFromText("  ").isNil());
+}
+
+TEST(FromText, RefusesATextThatIsLongerThanAnIntCanTell) {
+  EXPECT_THROW(lvFromText(std::string_view("", std::size_t{INT_MAX} + 1)), std::bad_alloc);
 }
 
 TEST(FromText, ReadsNoFurtherThanTheTextThatItIsGiven) {

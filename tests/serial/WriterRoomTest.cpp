@@ -410,4 +410,73 @@ TEST(WriterWithoutBuffer, TakesNothing) {
   EXPECT_EQ(writer.getStringLength(), 0);
 }
 
+// ---- Whether everything had room ---------------------------------------------------------------
+
+// Whether an operation with this much room has fitted.
+template <class Call>
+bool fits(int room, Call call) {
+  WriterWithRoom writer(room);
+  call(writer);
+  return writer.hasFitted();
+}
+
+TEST(WriterFit, TellsOfEachOperationThatHadNoRoom) {
+  using Writer = lvtStringArgDest;
+  lvArg const longName = classNamed(std::string(20, 'n'));
+  EXPECT_FALSE(fits(1, [](Writer& to) { to.putArg(integer(1)); }));
+  EXPECT_FALSE(fits(3, [](Writer& to) { to.putArg(integer(1234)); }));
+  EXPECT_FALSE(fits(3, [](Writer& to) { to.putArg(lvArg()); }));
+  EXPECT_FALSE(fits(8, [](Writer& to) { to.putArg(test::string("12345678")); }));
+  EXPECT_FALSE(fits(14, [](Writer& to) { to.enter(vectorKind, 1); }));
+  EXPECT_FALSE(fits(0, [](Writer& to) { to.enter(vectorKind, -1); }));
+  EXPECT_FALSE(fits(16, [&](Writer& to) { to.enter(longName, 1); }));
+  EXPECT_FALSE(fits(0, [](Writer& to) { to.leave(); }));
+  EXPECT_FALSE(fits(0, [](Writer& to) { to.insertChar('a'), to.insertChar('b'); }));
+  EXPECT_FALSE(fits(2, [](Writer& to) { to.insertString("abc", -1); }));
+}
+
+TEST(WriterFit, TellsOfAStringThatWasCutWithSuccess) {
+  WriterWithRoom writer(10);
+  EXPECT_EQ(writer.putArg(test::string("\"\"\"")), 0);
+  EXPECT_FALSE(writer.hasFitted());
+}
+
+TEST(WriterFit, TellsOfASizeThatWasLeftOut) {
+  WriterWithRoom writer(15);
+  writer.setTransferSizes(true);
+  EXPECT_EQ(writer.enter(classNamed("twelve_bytes"), 1), 0);
+  EXPECT_FALSE(writer.hasFitted());
+}
+
+TEST(WriterFit, HoldsWhileThereIsRoom) {
+  EXPECT_TRUE(fits(100, [](lvtStringArgDest& to) {
+    to.enter(tupleKind, 2);
+    to.putArg(test::string("a b\""));
+    to.putArg(lvArg());
+    to.leave();
+    to.insertChar(',');
+    to.insertString("word", -1);
+  }));
+}
+
+TEST(WriterFit, IsNoMatterOfTheDepth) {
+  WriterWithRoom writer(1000);
+  for (int i = 0; i < lvtStringArgDest::MaxDepth; ++i) {
+    EXPECT_EQ(writer.enter(vectorKind, -1), 0);
+  }
+  EXPECT_EQ(writer.enter(vectorKind, -1), RoomError);
+  EXPECT_TRUE(writer.hasFitted());
+}
+
+TEST(WriterFit, BeginsAnewWithABuffer) {
+  char buffer[16];
+  lvtStringArgDest writer(buffer, 1);
+  EXPECT_EQ(writer.putArg(integer(1)), RoomError);
+  EXPECT_EQ(writer.init(), 0);
+  EXPECT_EQ(writer.initOnce(), 0);
+  EXPECT_FALSE(writer.hasFitted());
+  writer.setStringBuffer(buffer, sizeof(buffer));
+  EXPECT_TRUE(writer.hasFitted());
+}
+
 }  // namespace
