@@ -8,7 +8,7 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(CCACHE_PROGRAM ccache)
-if(CCACHE_PROGRAM)
+if(CCACHE_PROGRAM AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
 endif()
 
@@ -20,8 +20,7 @@ find_package(Threads REQUIRED)
 add_library(tarselvalues-warnings INTERFACE)
 target_compile_options(tarselvalues-warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
-if(TARSELVALUES_BUILD_TESTS OR TARSELVALUES_BUILD_REPLAYS OR TARSELVALUES_BUILD_FUZZERS
-   OR TARSELVALUES_BUILD_BENCH)
+if(TARSELVALUES_WARNINGS_ARE_ERRORS)
   target_compile_options(tarselvalues-warnings INTERFACE -Werror)
 endif()
 

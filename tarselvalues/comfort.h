@@ -8,7 +8,7 @@
 // All of it is inline over the functions of the library: a program that does without it need not
 // include it, and pays nothing for it. Unlike the rest it uses std::string.
 //
-// Threads: each function is for any thread, with values of its own.
+// Threads: one thread at a time for the values that a function is given and all that is in them.
 #pragma once
 
 #include "tarselvalues/containers/lvBuilders.h"

@@ -21,7 +21,7 @@
 #include "tarselvalues/core/lvCell.h"
 #include "tarselvalues/core/lvString.h"
 
-// Makes a vector.
+// Makes a vector. A copy of the builder adds to the same one.
 class lvListBuilder {
  public:
   // Appends an element. Returns the builder.
@@ -49,11 +49,12 @@ lvVector lvListOf(Elements const&... elements) {
   return builder.list();
 }
 
-// Makes a hash map. Keys that are texts are interned.
+// Makes a hash map. Keys that are texts are interned. A copy of the builder puts into the same map.
 class lvMapBuilder {
  public:
-  // For a map of so many buckets; one of none takes nothing.
-  explicit lvMapBuilder(int buckets = lvrHashMap::DefaultHashSize) : map_(buckets) {}
+  // For a map of so many buckets. One of none takes nothing; a negative number counts as none.
+  explicit lvMapBuilder(int buckets = lvrHashMap::DefaultHashSize)
+      : map_(buckets < 0 ? 0 : buckets) {}
 
   // Stores a value under a key, in place of the one that it had. Nil is not stored: the key is
   // missing then. Returns the builder.

@@ -1,7 +1,7 @@
 // lvToCell(): makes a cell from what C++ programs have at hand.
 //
 // Ownership: the caller's cell holds what is made; texts are copied.
-// Threads:   any thread.
+// Threads:   any thread; but one at a time for a cell that is copied.
 // Errors:    a text that is too long for memory, or for an int, is std::bad_alloc.
 // Limits:    a text may have NULs in it; but of one of 65,535 bytes or more no more is read than
 //            what stands before the first (see lvrString.h).
@@ -17,7 +17,7 @@
 #include "tarselvalues/core/lvValue.h"
 #include "tarselvalues/core/lvrString.h"
 
-// Returns a copy of a cell or handle. Any thread.
+// Returns a copy of a cell or handle. One thread at a time.
 inline lvArg lvToCell(lvArg const& value) { return value; }
 
 // Returns an integer; 1 and 0 for true and false. Numbers that an int need not hold do not compile:

@@ -2,7 +2,7 @@
 //
 // Nothing is converted: the string "42" is no integer. lvValue converts.
 //
-// Threads: any thread, each call with values of its own.
+// Threads: one thread at a time per cell.
 #pragma once
 
 #include <cstddef>
@@ -12,18 +12,18 @@
 #include "tarselvalues/core/lvArg.h"
 #include "tarselvalues/core/lvValue.h"
 
-// Returns the integer, or `otherwise`. Any thread.
+// Returns the integer, or `otherwise`. One thread at a time.
 inline int lvReadInt(lvArg const& value, int otherwise) {
   return value.getType() == lvArg::IntType ? value.getInt() : otherwise;
 }
 
-// Returns whether the integer is not 0, or `otherwise`. Any thread.
+// Returns whether the integer is not 0, or `otherwise`. One thread at a time.
 inline bool lvReadBool(lvArg const& value, bool otherwise) {
   return lvReadInt(value, otherwise ? 1 : 0) != 0;
 }
 
 // Returns a copy of the text of a string, or `otherwise`: also for a string without text. A text of
-// 65,535 bytes or more ends at its first NUL. Any thread.
+// 65,535 bytes or more ends at its first NUL. One thread at a time.
 inline std::string lvReadText(lvArg const& value, std::string otherwise) {
   int length = 0;
   char const* const text =

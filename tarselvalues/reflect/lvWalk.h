@@ -13,14 +13,17 @@
 // time; lvWalkPlace::meeting tells which, and so a value that contains itself ends too.
 //
 // Ownership: the walk holds every object that it has met until it ends, so that the visitor may
-//            change or release anything: containers answer then as their cursors do.
+//            change or release anything: the walk goes on then as a cursor does, and in an lvrVector
+//            and a sorted list with the next position.
 // Threads:   one thread at a time for the value and all that is in it.
 // Errors:    out of memory is std::bad_alloc. That, and what the visitor or a container of the
 //            program throws, passes through; nothing is leaked.
-// Cost:      four changes of count for each object, and a few more for one that may hold
-//            something; two blocks of memory that grow as they must, and a cursor for each map and for each
-//            list that is neither an lvrVector nor sorted. The depth of the value is no burden on
-//            the native stack.
+// Cost:      four changes of count for each object, and a few more for one that may hold something;
+//            two blocks of memory that grow as they must, and a cursor for each map and for each list
+//            that is neither an lvrVector nor sorted. The depth of the value is no burden on the
+//            native stack.
+// Derived:   of a class derived from lvrVector, getSize() and at() are asked, as the serializer does;
+//            lvItems uses its cursor.
 #pragma once
 
 #include <type_traits>

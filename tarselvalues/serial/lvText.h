@@ -1,7 +1,7 @@
 // Values as text of any length, and back.
 //
 // Ownership: texts are copied; the cell that is returned holds what was read.
-// Threads:   one thread at a time for the value and all that is in it.
+// Threads:   one thread at a time for a value that is written and all that is in it.
 // Errors:    out of memory, or a text longer than an int can tell, is std::bad_alloc.
 // Cost:      as the writer and the parser. A text of more than 1024 bytes is written again, into four
 //            times the room, until it fits. There is no record of what was written already: what is
@@ -22,7 +22,7 @@
 
 // Returns the text of `value`. What the writer has no text for (a linked or sorted list, a stack, an
 // object of an unknown class, the 33rd level) ends the level that it stands in, which is then closed
-// twice; alone it has an empty text. Any thread.
+// twice; alone it has an empty text. One thread at a time.
 inline std::string lvToText(lvArg const& value) {
   constexpr int firstCapacity = 1024;
   constexpr int growth = 4;

@@ -75,6 +75,19 @@ TEST(MapBuilder, MakesAMapOfAsManyBucketsAsItIsTold) {
   EXPECT_EQ(bucketsOf(lvMapBuilder(31).map()), 31U);
 }
 
+TEST(MapBuilder, TakesANegativeNumberOfBucketsForNone) {
+  lvMapBuilder builder(-1);
+  EXPECT_EQ(bucketsOf(builder.map()), 0U);
+  EXPECT_FALSE(builder.put("a", 1).isWhole());
+}
+
+TEST(MapBuilder, ACopyPutsIntoTheSameMap) {
+  lvMapBuilder builder;
+  lvMapBuilder copy = builder;
+  copy.put("a", 1);
+  EXPECT_EQ(described(builder.map()), "{'a'=1}");
+}
+
 TEST(MapBuilder, TellsWhenTheMapDidNotTakeAnEntry) {
   lvMapBuilder builder(0);
   EXPECT_TRUE(builder.isWhole());

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <map>
 #include <set>
 #include <unordered_map>
@@ -58,6 +59,11 @@ TEST(Hashing, OrdersAsTheLibraryDoes) {
                                                 : test::textOf(cell) + " ";
   }
   EXPECT_EQ(order, "nil -1 2 a b ");
+}
+
+TEST(Hashing, OrdersIntegersThatAreTooFarApartTheWrongWayRound) {
+  EXPECT_TRUE(lvOrdered()(integer(-1), integer(INT_MAX - 1)));
+  EXPECT_FALSE(lvOrdered()(integer(-2), integer(INT_MAX)));
 }
 
 }  // namespace

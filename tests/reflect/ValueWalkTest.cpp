@@ -17,6 +17,7 @@
 #include "support/UnusualObjects.h"
 #include "support/ValueTrees.h"
 #include "support/walks/Choices.h"
+#include "tarselvalues/containers/lvItems.h"
 #include "tarselvalues/containers/lvVector.h"
 #include "tarselvalues/containers/lvrDLList.h"
 #include "tarselvalues/containers/lvrStack.h"
@@ -255,6 +256,17 @@ class FreshElements : public lvrVector {
   int getSize() const override { return 100; }
   lvArg at(int index) const override { return vectorOf({string(std::to_string(index))}); }
 };
+
+TEST(ValueWalk, AsksADerivedVectorForWhatItSaysThatItHas) {
+  lvArg const list(*new FreshElements);
+  EXPECT_FALSE(lvItems(list).begin() != lvItems::End());  // Its cursor knows of none.
+  int elements = 0;
+  EXPECT_TRUE(lvWalk(list, [&](lvArg const&, lvWalkPlace const& place) {
+    elements += place.depth == 1 ? 1 : 0;
+    return lvWalkVisitor::GoOn;
+  }));
+  EXPECT_EQ(elements, 100);
+}
 
 TEST(ValueWalk, DoesNotTakeAFreshObjectForOneThatIsGone) {
   EXPECT_EQ(meetings(*new FreshElements), "201 first, 0 again, 0 cycle");
