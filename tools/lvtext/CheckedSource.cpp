@@ -1,7 +1,9 @@
 #include "CheckedSource.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -46,11 +48,16 @@ std::string quoteByte(char c) {
 
 }  // namespace
 
-CheckedSource::CheckedSource(std::string const& text, Problems& problems)
-    : lvtStringArgSource(text.data(), static_cast<int>(text.size())),
-      content(text),
-      report(problems),
+CheckedSource::CheckedSource(Input& input)
+    : lvtStringArgSource(input.text.data(), static_cast<int>(input.text.size())),
+      content(input.text),
+      progress(input.progress),
+      problems(input.problems),
       seenErrors(getErrorCount()) {}
+
+void CheckedSource::report(int offset, std::string const& reason) {
+  problems.report(static_cast<std::size_t>(offset), reason);
+}
 
 // ---- Tokens ------------------------------------------------------------------------------------
 
@@ -58,15 +65,42 @@ int CheckedSource::getNextToken(lvArg& out) {
   reportSkipped();
   previous = last;
   last.offset = skipBlanks(getParseOffset());
+  progress.reach(static_cast<std::size_t>(last.offset));
   last.code = lvtStringArgSource::getNextToken(out);
-  last.accounted = previous.code == '#' || previous.code == '*';
-  if (last.code == '*' && !last.accounted) {
-    lastStar = last.offset;
-  }
+  last.accounted = false;
+  checkAfterPrefix(out);
   if (last.code == TOKEN_STRING && isOpenString(last, out)) {
-    report.report(last.offset, "the string is not closed");
+    report(last.offset, "the string is not closed");
   }
   return last.code;
+}
+
+// Whether the token, which is not the last one, has this code and was not skipped.
+bool CheckedSource::isTaken(Token const& token, int code) const {
+  return token.code == code && !token.accounted;
+}
+
+// A prefix takes the token that follows, whatever it is.
+void CheckedSource::checkAfterPrefix(lvArg const& value) {
+  if (isTaken(previous, '#')) {
+    last.accounted = true;
+    if (last.code != TOKEN_STRING || textOf(value) != "nil") {
+      report(previous.offset, "'#" + textOfLast() + "' is read as #nil");
+    }
+  } else if (isTaken(previous, '*')) {
+    last.accounted = true;
+    lastStar = previous.offset;
+    starIsOpen = true;
+    starIsNamed = last.code == TOKEN_STRING;
+    if (!starIsNamed && last.code != TOKEN_END) {
+      report(lastStar, "'*' without the name of a class; the object is skipped");
+    }
+  }
+}
+
+std::string CheckedSource::textOfLast() const {
+  return content.substr(static_cast<std::size_t>(last.offset),
+                        static_cast<std::size_t>(getParseOffset() - last.offset));
 }
 
 int CheckedSource::skipBlanks(int from) const {
@@ -99,18 +133,20 @@ void CheckedSource::reportSkipped() {
   int errors = (getErrorCount() - seenErrors) & 0xFFFF;
   seenErrors = getErrorCount();
   if (errors > 0 && previous.code == '-' && !previous.accounted) {
-    report.report(previous.offset, "'-' without a number is skipped");
+    report(previous.offset, "'-' without a number is skipped");
     previous.accounted = true;
     --errors;
   }
   if (errors > 0) {
-    report.report(last.offset, describeSkipped(last));
+    report(last.offset, describeSkipped(last));
     last.accounted = true;
   }
 }
 
 std::string CheckedSource::describeSkipped(Token const& token) const {
-  auto const begin = static_cast<std::size_t>(token.offset);
+  if (starIsOpen) {
+    return "'" + textOfLast() + "' is skipped: '{' is expected";
+  }
   switch (token.code) {
     case ')':
     case '}':
@@ -128,12 +164,12 @@ std::string CheckedSource::describeSkipped(Token const& token) const {
     case '-':
     case TOKEN_INTEGER:
     case TOKEN_STRING:
-      return "'" + content.substr(begin, static_cast<std::size_t>(getParseOffset()) - begin) +
-             "' is skipped: there is no separator before it";
+      return "'" + textOfLast() + "' is skipped: there is no separator before it";
     default:
       break;
   }
-  return quoteByte(content[begin]) + " is skipped: it does not fit here";
+  return quoteByte(content[static_cast<std::size_t>(token.offset)]) +
+         " is skipped: it does not fit here";
 }
 
 // ---- Items and frames --------------------------------------------------------------------------
@@ -156,34 +192,88 @@ int CheckedSource::getArg(lvArg& out) {
         break;
       case SOURCE_FRAME_END:
         if (!frames.empty()) {
+          checkBracket();
           endFrame();
           return result;
         }
-        report.report(last.offset, quoteByte(static_cast<char>(last.code)) + " closes nothing");
+        report(last.offset, quoteByte(static_cast<char>(last.code)) + " closes nothing");
         break;
       default:
-        return frames.empty() ? result : closeAtEnd();
+        return endText();
     }
   }
 }
 
 bool CheckedSource::acceptItem(lvArg const& item) {
   if (inFrame(lvArgDest::MapFrame)) {
-    report.report(last.offset, "a value outside of an entry is not kept in a map");
+    report(last.offset, "a value outside of an entry is not kept in a map");
     return false;
   }
-  return countItem(last.offset, item.isNil());
+  bool const hasPrefix = isTaken(previous, '#') || isTaken(previous, '-');
+  itemStart = hasPrefix ? previous.offset : last.offset;
+  if (!countItem(itemStart, item.isNil())) {
+    return false;
+  }
+  if (inFrame(lvArgDest::TupleFrame) && frames.back().items == 1) {
+    frames.back().key = item;
+    frames.back().keyIsAtom = true;
+  }
+  if (last.code == TOKEN_INTEGER && item.getType() == lvArg::IntType) {
+    checkNumber(item.getInt());
+  } else if (last.code == TOKEN_STRING && item.getType() == lvArg::StringType) {
+    checkString();
+  }
+  return true;
+}
+
+// Reports a number that the library does not read as it stands. Its sign is a token of its own.
+void CheckedSource::checkNumber(int value) {
+  std::string const written = textOfLast();
+  std::size_t const first = std::min(written.find_first_not_of('0'), written.size() - 1);
+  std::string const digits = written.substr(first);
+  bool const isNegative = isTaken(previous, '-');
+  std::string const most = isNegative ? "2147483648" : "2147483647";
+  if (digits.size() > most.size() || (digits.size() == most.size() && digits > most)) {
+    report(itemStart, (isNegative ? "-" : "") + written + " is beyond 32 bits and reads as " +
+                          std::to_string(value));
+  }
+}
+
+// Reports each escaped byte 0 in a quoted string: the library reads over them.
+void CheckedSource::checkString() {
+  std::string const written = textOfLast();
+  auto const isHex = [&](std::size_t i) {
+    return i < written.size() && std::isxdigit(static_cast<unsigned char>(written[i])) != 0;
+  };
+  for (std::size_t i = 1; written[0] == '"' && i < written.size(); ++i) {
+    if (written[i] == '\\') {
+      ++i;
+    } else if (written[i] == '%' && isHex(i + 1)) {
+      std::size_t const digits = isHex(i + 2) ? 2 : 1;
+      if (written.find_first_not_of('0', i + 1) >= i + 1 + digits) {
+        report(last.offset + static_cast<int>(i),
+               written.substr(i, digits + 1) + " is skipped: a string holds no byte 0");
+      }
+      i += digits;
+    }
+  }
 }
 
 bool CheckedSource::acceptFrame(lvArg const& kind) {
-  int const offset = frameOffset(kind);
+  bool const isObject = starIsOpen;
+  starIsOpen = false;
+  if (isObject && !starIsNamed) {
+    return false;
+  }
+  int const offset = frameOffset(kindOf(kind));
   std::string const reason = refuseFrame(kind);
   if (!reason.empty()) {
-    report.report(offset, reason);
+    report(offset, reason);
     return false;
   }
   bool const kept = kindOf(kind) == lvArgDest::TupleFrame || countItem(offset, false);
   if (kept) {
+    itemStart = offset;
     frames.push_back({kindOf(kind), offset, fieldsOf(kind)});
   }
   return kept;
@@ -196,16 +286,16 @@ bool CheckedSource::countItem(int offset, bool isNil) {
   }
   Frame& frame = frames.back();
   if (frame.kind == lvArgDest::TupleFrame && frame.items == 2) {
-    report.report(offset, "an entry takes one key and one value; this one is skipped");
+    report(offset, "an entry takes one key and one value; this one is skipped");
     return false;
   }
   if (frame.kind == lvArgDest::VectorFrame && frame.items == lvrVector::MaxSize) {
-    report.report(offset, "a vector takes 65535 values; this one is skipped");
+    report(offset, "a vector takes 65535 values; this one is skipped");
     return false;
   }
   if (frame.kind == ObjectFrame && frame.items == frame.fields) {
-    report.report(
-        offset, "the class has " + std::to_string(frame.fields) + " fields; this value is skipped");
+    report(offset,
+           "the class has " + std::to_string(frame.fields) + " fields; this value is skipped");
     return false;
   }
   ++frame.items;
@@ -238,8 +328,8 @@ std::string CheckedSource::refuseFrame(lvArg const& kind) const {
 
 // Where a frame that has just begun opens. The token after the "{" of a map or vector is read
 // already.
-int CheckedSource::frameOffset(lvArg const& kind) const {
-  switch (kindOf(kind)) {
+int CheckedSource::frameOffset(int kind) const {
+  switch (kind) {
     case lvArgDest::MapFrame:
     case lvArgDest::VectorFrame:
       return previous.offset;
@@ -265,23 +355,73 @@ void CheckedSource::skipFrame() {
   }
 }
 
-void CheckedSource::endFrame() {
+// The library takes either bracket for the end of any frame.
+void CheckedSource::checkBracket() {
   Frame const& frame = frames.back();
-  if (frame.kind == lvArgDest::TupleFrame && (frame.items < 2 || frame.lastIsNil)) {
-    report.report(frame.offset, "an entry without a value is not kept in a map");
+  char const own = frame.kind == lvArgDest::TupleFrame ? ')' : '}';
+  if (last.code != own) {
+    report(last.offset, quoteByte(static_cast<char>(last.code)) + " closes the " +
+                            nameOf(frame.kind) + " that opens at " + placeOf(frame.offset));
   }
-  frames.pop_back();
 }
 
-// Closes the innermost frame that the end of the text left open. One report for all of them.
-int CheckedSource::closeAtEnd() {
-  Frame const frame = frames.back();
+void CheckedSource::endFrame() {
+  Frame const& frame = frames.back();
+  if (frame.kind == lvArgDest::TupleFrame && frame.items > 0 && !hasValue(frame)) {
+    report(frame.offset, "an entry without a value is not kept in a map");
+  }
+  popFrame();
+}
+
+void CheckedSource::popFrame() {
+  Frame const frame = std::move(frames.back());
   frames.pop_back();
+  if (frame.kind == lvArgDest::TupleFrame && frame.items > 0) {
+    addEntry(frame);
+  }
+}
+
+// An entry takes the place of one with the same key, and a missing value takes that out.
+void CheckedSource::addEntry(Frame const& entry) {
+  Frame& map = frames.back();
+  lastEntry = map.entryCount;
+  if (entry.keyIsAtom) {
+    auto const [place, isNew] =
+        map.entries.insert({entry.key, Entry{lastEntry, entry.offset, hasValue(entry)}});
+    Entry& earlier = place->second;
+    lastEntry = earlier.index;
+    if (!isNew && earlier.kept) {
+      report(entry.offset,
+             "the key is there already; this entry replaces that at " + placeOf(earlier.offset));
+    }
+    earlier.offset = entry.offset;
+    earlier.kept = hasValue(entry);
+  }
+  map.entryCount = std::max(map.entryCount, lastEntry + 1);
+}
+
+// Closes the innermost frame that the end of the text left open, if there is one.
+int CheckedSource::endText() {
+  if (starIsOpen) {
+    reportEnd(nameOf(ObjectFrame), lastStar);
+  }
+  if (frames.empty()) {
+    return SOURCE_END;
+  }
+  reportEnd(nameOf(frames.back().kind), frames.back().offset);
+  popFrame();
+  return SOURCE_FRAME_END;
+}
+
+// One report for all that is left open.
+void CheckedSource::reportEnd(char const* name, int offset) {
   if (!endReported) {
     endReported = true;
-    report.report(static_cast<int>(content.size()), std::string("the text ends inside the ") +
-                                                        nameOf(frame.kind) + " that opens at " +
-                                                        report.place(frame.offset));
+    report(static_cast<int>(content.size()),
+           std::string("the text ends inside the ") + name + " that opens at " + placeOf(offset));
   }
-  return SOURCE_FRAME_END;
+}
+
+std::string CheckedSource::placeOf(int offset) const {
+  return problems.place(static_cast<std::size_t>(offset));
 }

@@ -1,23 +1,21 @@
 #include "TextClass.h"
 
-#include <tarselvalues/tarselvalues.h>
-
+#include <algorithm>
 #include <array>
+#include <deque>
 #include <memory>
 #include <new>
+#include <set>
 #include <stdexcept>
 #include <utility>
-#include <vector>
 
 namespace {
 
-struct TextClass {
-  lvString key;
-  int fields;
-};
+constexpr int MaxFields = 65535;
 
-std::vector<TextClass>& textClasses() {
-  static std::vector<TextClass> classes;
+// A deque: what findTextClass() returns stays where it is.
+std::deque<TextClass>& textClasses() {
+  static std::deque<TextClass> classes;
   return classes;
 }
 
@@ -60,25 +58,84 @@ constexpr auto makersFor(std::index_sequence<Indices...> /*indices*/) {
 }
 constexpr auto makers = makersFor(std::make_index_sequence<MaxTextClasses>());
 
-}  // namespace
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-void registerTextClass(std::string const& name, int fields) {
-  std::size_t const index = textClasses().size();
-  if (index == makers.size()) {
-    throw std::runtime_error("there are more than " + std::to_string(MaxTextClasses) + " classes");
+bool isWord(std::string const& text) {
+  for (char const c : text) {
+    bool const isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+    if (!isLetter && !isDigit(c)) {
+      return false;
+    }
   }
-  lvString const key(name.c_str());
-  lvtClassRegistry& registry = *lvtClassRegistry::getInstance();
-  if (!registry.getClass(key).isNil()) {
-    throw std::runtime_error("class " + name + " is there already");
+  return !text.empty() && !isDigit(text[0]);
+}
+
+// COUNT; 0 if it is none.
+int readCount(std::string const& text) {
+  bool const isNumber = !text.empty() && text.size() <= 5 &&
+                        text.find_first_not_of("0123456789") == std::string::npos;
+  int const count = isNumber ? std::stoi(text) : 0;
+  return count <= MaxFields ? count : 0;
+}
+
+// FIELD,FIELD...; empty if they are none, or not all different.
+std::vector<std::string> readNames(std::string const& text) {
+  std::vector<std::string> names;
+  std::set<std::string> seen;
+  std::size_t begin = 0;
+  while (begin <= text.size()) {
+    std::size_t const end = std::min(text.find(',', begin), text.size());
+    names.push_back(text.substr(begin, end - begin));
+    if (!isWord(names.back()) || !seen.insert(names.back()).second) {
+      return {};
+    }
+    begin = end + 1;
   }
-  textClasses().push_back({key, fields});
-  lvClass const described(1, key, makers[index]);
+  return names.size() <= MaxFields ? names : std::vector<std::string>();
+}
+
+void describe(TextClass const& declared, lvrClass::DefaultCtor* make) {
+  lvClass const described(1, declared.key, make);
   std::vector<std::size_t> offsets;
-  offsets.reserve(static_cast<std::size_t>(fields));
-  for (int i = 0; i < fields; ++i) {
+  for (int i = 0; i < declared.fields; ++i) {
     offsets.push_back(TextObject::fieldOffset(i));
   }
-  described->setDirectObjectOffsets(lvrClass::Fields, fields, offsets.data(), 0);
-  registry.putClass(key, described);
+  described->setDirectObjectOffsets(lvrClass::Fields, declared.fields, offsets.data(), 0);
+  lvtClassRegistry::getInstance()->putClass(declared.key, described);
+}
+
+}  // namespace
+
+void declareClass(std::string const& declaration) {
+  std::size_t const equals = declaration.rfind('=');
+  bool const isWhole = equals != 0 && equals != std::string::npos;
+  std::string const fields = isWhole ? declaration.substr(equals + 1) : "";
+  std::vector<std::string> names = readNames(fields);
+  int const count = names.empty() ? readCount(fields) : static_cast<int>(names.size());
+  if (count == 0) {
+    throw std::runtime_error(declaration +
+                             ": NAME=COUNT or NAME=FIELD,FIELD... is expected, with 1 to 65535 "
+                             "fields");
+  }
+  std::size_t const index = textClasses().size();
+  if (index == makers.size()) {
+    throw std::runtime_error(declaration + ": there are more than " +
+                             std::to_string(MaxTextClasses) + " classes");
+  }
+  std::string const name = declaration.substr(0, equals);
+  lvString const key(name.c_str());
+  if (!lvtClassRegistry::getInstance()->getClass(key).isNil()) {
+    throw std::runtime_error(declaration + ": class " + name + " is there already");
+  }
+  textClasses().push_back({key, count, std::move(names)});
+  describe(textClasses().back(), makers[index]);
+}
+
+TextClass const* findTextClass(lvArg const& key) {
+  for (TextClass const& declared : textClasses()) {
+    if (declared.key.equiv(key) != 0) {
+      return &declared;
+    }
+  }
+  return nullptr;
 }

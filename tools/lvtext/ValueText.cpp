@@ -1,64 +1,58 @@
 #include "ValueText.h"
 
+#include <tarselvalues/serial/lvText.h>
+
 #include <climits>
 #include <new>
 
 namespace {
 
-constexpr int FirstCapacity = 4096;
+constexpr std::size_t FirstCapacity = 256;
+constexpr char EscapedBackslash[] = "%5C";
 
-// The most bytes that one byte of a string takes, and what stands around it: separator, star,
-// quotes, bracket, NUL.
-constexpr long long EscapedLength = 3;
-constexpr long long AroundString = 6;
-
-// A writer that remembers whether anything did not fit. The plain one does not tell when it cuts a
-// string or leaves a class name out, and the serializer does not tell when a level failed but could
-// be closed.
-class FitWriter : public lvtStringArgDest {
+// Puts an entry into empty maps.
+class Writer : public tarselvalues::FitWriter {
  public:
-  explicit FitWriter(std::string& buffer)
-      : lvtStringArgDest(buffer.data(), static_cast<int>(buffer.size())), size(buffer.size()) {}
-
-  bool fits() const { return allFits; }
+  using FitWriter::FitWriter;
 
   int enter(lvArg const& kind, int count) override {
-    lvArg const className = lvClass(kind).getClassDesc();
-    return check(fitsString(className) ? lvtStringArgDest::enter(kind, count) : ROOM_ERROR);
-  }
-  int leave() override { return check(lvtStringArgDest::leave()); }
-  int putArg(lvArg const& value) override {
-    return check(fitsString(value) ? lvtStringArgDest::putArg(value) : ROOM_ERROR);
+    int const status = FitWriter::enter(kind, count);
+    if (status != 0 || count != 0 || !kind.equiv(kindOf(MapFrame))) {
+      return status;
+    }
+    return FitWriter::enter(kindOf(TupleFrame), 0) == 0 ? FitWriter::leave() : ROOM_ERROR;
   }
 
  private:
-  // Whether there is room for the longest text of a string; what is no string is not its matter.
-  bool fitsString(lvArg const& value) const {
-    int length = 0;
-    lvValue(value).getString(&length);
-    auto const room = static_cast<long long>(size) - getStringLength();
-    return room >= EscapedLength * length + AroundString;
+  static lvArg kindOf(FrameKind frame) {
+    lvArg kind;
+    kind.setInt(frame);
+    return kind;
   }
-
-  int check(int status) {
-    allFits = allFits && status == 0;
-    return status;
-  }
-
-  std::size_t size;
-  bool allFits = true;
 };
+
+// A backslash that was written always stands for itself.
+std::string withoutBackslashes(std::string const& text) {
+  std::string result;
+  result.reserve(text.size());
+  for (char const c : text) {
+    c == '\\' ? result.append(EscapedBackslash) : result.append(1, c);
+  }
+  return result;
+}
 
 }  // namespace
 
-std::string valueText(lvrCommonSerializer& serializer, lvArg const& value) {
-  for (int capacity = FirstCapacity; capacity <= INT_MAX / 2; capacity *= 2) {
-    std::string buffer(static_cast<std::size_t>(capacity), '\0');
-    FitWriter writer(buffer);
-    serializer.serializeAtomInto(writer, value);
+std::string valueText(lvArg const& value) {
+  auto* const serializer = new lvrCommonSerializer;
+  lvArg const holder(*serializer);
+  for (std::size_t capacity = FirstCapacity; capacity <= INT_MAX / 2; capacity *= 2) {
+    std::string text(capacity, '\0');
+    Writer writer(text);
+    serializer->serializeAtomInto(writer, value);
     if (writer.fits()) {
-      buffer.resize(static_cast<std::size_t>(writer.getStringLength()));
-      return buffer;
+      text.resize(static_cast<std::size_t>(writer.getStringLength()));
+      return withoutBackslashes(text);
     }
   }
   throw std::bad_alloc();
