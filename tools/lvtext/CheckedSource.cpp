@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "Utf8.h"
+
 namespace {
 
 // The kind of an object's frame; other frames have the kinds of lvArgDest::FrameKind.
@@ -46,6 +48,19 @@ std::string quoteByte(char c) {
   return text;
 }
 
+// A piece of the text as a report shows it: of some length, on one line.
+std::string shown(std::string const& piece) {
+  std::size_t end = std::min(std::size_t{40}, piece.size());
+  while (end < piece.size() && isContinuation(piece[end])) {
+    ++end;
+  }
+  std::string result = piece.substr(0, end);
+  std::replace_if(
+      result.begin(), result.end(),
+      [](char c) { return std::iscntrl(static_cast<unsigned char>(c)) != 0; }, '?');
+  return end < piece.size() ? result + "..." : result;
+}
+
 }  // namespace
 
 CheckedSource::CheckedSource(Input& input)
@@ -85,7 +100,7 @@ void CheckedSource::checkAfterPrefix(lvArg const& value) {
   if (isTaken(previous, '#')) {
     last.accounted = true;
     if (last.code != TOKEN_STRING || textOf(value) != "nil") {
-      report(previous.offset, "'#" + textOfLast() + "' is read as #nil");
+      report(previous.offset, "'#" + shown(textOfLast()) + "' is read as #nil");
     }
   } else if (isTaken(previous, '*')) {
     last.accounted = true;
@@ -145,7 +160,7 @@ void CheckedSource::reportSkipped() {
 
 std::string CheckedSource::describeSkipped(Token const& token) const {
   if (starIsOpen) {
-    return "'" + textOfLast() + "' is skipped: '{' is expected";
+    return "'" + shown(textOfLast()) + "' is skipped: '{' is expected";
   }
   switch (token.code) {
     case ')':
@@ -164,7 +179,7 @@ std::string CheckedSource::describeSkipped(Token const& token) const {
     case '-':
     case TOKEN_INTEGER:
     case TOKEN_STRING:
-      return "'" + textOfLast() + "' is skipped: there is no separator before it";
+      return "'" + shown(textOfLast()) + "' is skipped: there is no separator before it";
     default:
       break;
   }
@@ -318,7 +333,8 @@ std::string CheckedSource::refuseFrame(lvArg const& kind) const {
   if ((frame == lvArgDest::TupleFrame) != inFrame(lvArgDest::MapFrame)) {
     return frame == lvArgDest::TupleFrame
                ? "an entry outside of a map is skipped"
-               : std::string("a ") + nameOf(frame) + " outside of an entry is not kept in a map";
+               : std::string(frame == ObjectFrame ? "an " : "a ") + nameOf(frame) +
+                     " outside of an entry is not kept in a map";
   }
   if (frames.size() == static_cast<std::size_t>(lvtStringArgDest::MaxDepth)) {
     return std::string("the ") + nameOf(frame) + " is nested deeper than 32 levels and skipped";
@@ -391,8 +407,9 @@ void CheckedSource::addEntry(Frame const& entry) {
     Entry& earlier = place->second;
     lastEntry = earlier.index;
     if (!isNew && earlier.kept) {
-      report(entry.offset,
-             "the key is there already; this entry replaces that at " + placeOf(earlier.offset));
+      report(entry.offset, std::string("the key is there already; this entry ") +
+                               (hasValue(entry) ? "replaces" : "takes out") + " that at " +
+                               placeOf(earlier.offset));
     }
     earlier.offset = entry.offset;
     earlier.kept = hasValue(entry);

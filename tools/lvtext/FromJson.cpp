@@ -124,8 +124,9 @@ class Converter {
       } else {
         reportRepeated(json.names[i]);
       }
-      map.parts[place->second + 1] = convert(json.parts[i], depth + MapLevels);
-      if (json.parts[i].kind == JsonValue::Null) {
+      Node& value = map.parts[place->second + 1];
+      value = convert(json.parts[i], depth + MapLevels);
+      if (isNil(value)) {
         problems_.report(json.parts[i].offset, "a map holds no nil; this member is left out");
       }
     }

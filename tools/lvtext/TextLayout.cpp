@@ -80,8 +80,6 @@ class IndentingWriter {
     indent_ += Indent;
     if (node.kind == Node::Map) {
       writeEntries(node);
-    } else if (std::all_of(node.parts.begin(), node.parts.end(), isAtom)) {
-      fillLines(node);
     } else {
       writeParts(node);
     }
@@ -116,12 +114,22 @@ class IndentingWriter {
     return false;
   }
 
+  // As many atoms on each line as fit, and each of the others on a line of its own.
   void writeParts(Node const& node) {
     for (std::size_t i = 0; i < node.parts.size(); ++i) {
-      newLine();
+      bool const followsAtom = i > 0 && isAtom(node.parts[i - 1]);
+      if (followsAtom && isAtom(node.parts[i]) && hasRoomFor(node.parts[i])) {
+        out_ += ' ';
+      } else {
+        newLine();
+      }
       write(node.parts[i], Bracket);
       separate(i + 1 < node.parts.size());
     }
+  }
+
+  bool hasRoomFor(Node const& atom) const {
+    return columns() + Blank + columnsOf(valueText(atom.value)) + Bracket <= width_;
   }
 
   void writeEntries(Node const& map) {
@@ -134,24 +142,9 @@ class IndentingWriter {
     }
   }
 
-  // As many atoms on each line as fit.
-  void fillLines(Node const& node) {
-    newLine();
-    bool isFirst = true;
-    for (std::size_t i = 0; i < node.parts.size(); ++i) {
-      std::string const text = valueText(node.parts[i].value);
-      if (!isFirst && columns() + columnsOf(text) + 2 > width_) {
-        newLine();
-        isFirst = true;
-      }
-      out_ += (isFirst ? "" : " ") + text;
-      separate(i + 1 < node.parts.size());
-      isFirst = false;
-    }
-  }
-
   void separate(bool more) { out_ += more ? "," : ""; }
 
+  static constexpr std::size_t Blank = 1;
   static constexpr std::size_t Bracket = 1;   // or separator
   static constexpr std::size_t MaxBytes = 4;  // of a character
 

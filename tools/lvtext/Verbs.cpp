@@ -3,6 +3,7 @@
 #include <tarselvalues/tarselvalues.h>
 
 #include <cstdio>
+#include <utility>
 #include <vector>
 
 #include "CheckedSource.h"
@@ -77,14 +78,14 @@ std::vector<Node> readNodes(Input& input) {
 }  // namespace
 
 int checkText(std::string const& name) {
-  Input input(name, stdout, Problems::WithSource);
+  Input input = openInput(name, stdout, Problems::WithSource);
   forEachNode(input, [](Node const& /*node*/) {});
   flushOut();
   return statusOf(input.problems);
 }
 
 int printText(std::string const& name) {
-  Input input(name);
+  Input input = openInput(name);
   TextList out;
   forEachValue(input, [&](lvArg const& value) { out.add(valueText(value)); });
   out.end();
@@ -92,7 +93,7 @@ int printText(std::string const& name) {
 }
 
 int formatText(std::string const& name, bool sorted, std::size_t width) {
-  Input input(name);
+  Input input = openInput(name);
   TextList out;
   forEachNode(input, [&](Node& node) {
     if (sorted) {
@@ -105,7 +106,7 @@ int formatText(std::string const& name, bool sorted, std::size_t width) {
 }
 
 int convertToJson(std::string const& name, bool strict) {
-  Input input(name);
+  Input input = openInput(name);
   std::string lines;
   forEachNode(input, [&](Node const& node) { lines += toJson(node, input.problems) + '\n'; });
   if (!strict || !input.problems.any()) {
@@ -116,7 +117,7 @@ int convertToJson(std::string const& name, bool strict) {
 }
 
 int convertFromJson(std::string const& name, bool strict) {
-  Input input(name);
+  Input input = openInput(name);
   std::vector<std::string> texts;
   try {
     std::size_t offset = findJson(input.text, 0);
@@ -141,7 +142,7 @@ int convertFromJson(std::string const& name, bool strict) {
 }
 
 int graphText(std::string const& name, bool svg) {
-  Input input(name);
+  Input input = openInput(name);
   std::string const graph = dotGraph(readValues(input));
   input.progress.hide();
   if (svg) {
@@ -154,8 +155,8 @@ int graphText(std::string const& name, bool svg) {
 }
 
 int diffTexts(std::string const& left, std::string const& right) {
-  Input leftInput(left);
-  Input rightInput(right);
+  Input leftInput = openInput(left);
+  Input rightInput = openInput(right);
   std::vector<Node> leftNodes = readNodes(leftInput);
   std::vector<Node> rightNodes = readNodes(rightInput);
   std::string const differences = differencesOf(leftNodes, rightNodes);
@@ -168,7 +169,7 @@ int diffTexts(std::string const& left, std::string const& right) {
 }
 
 int printStats(std::string const& name) {
-  Input input(name);
+  Input input = openInput(name);
   writeOut(statsOf(readValues(input), input.text.size()));
   flushOut();
   return statusOf(input.problems);

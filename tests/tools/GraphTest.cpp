@@ -1,0 +1,59 @@
+// Pictures of values that text cannot tell of: with cycles, and with what several refer to.
+
+#include <gmock/gmock.h>
+#include <lvtext/Graph.h>
+#include <tarselvalues/containers/lvBuilders.h>
+
+#include <regex>
+#include <string>
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+int countOf(std::string const& text, std::string const& part) {
+  int count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+TEST(LvtextGraph, DrawsWhatIsSharedOnce) {
+  lvVector const shared = lvListOf(1, 2);
+  std::string const dot = dotGraph({lvListOf(shared, shared), shared});
+  EXPECT_EQ(countOf(dot, "<TABLE BORDER=\"0\""), 1);
+  EXPECT_EQ(countOf(dot, "<TABLE BORDER=\"3\""), 1);
+  EXPECT_THAT(dot, AllOf(HasSubstr("  n0:p0 -> n1;\n"), HasSubstr("  n0:p1 -> n1;\n")));
+  EXPECT_THAT(dot, Not(HasSubstr("red")));
+}
+
+TEST(LvtextGraph, DrawsTheArrowsOfACycleInRedAndNoOthers) {
+  lvVector const outer(1);
+  lvVector const inner = lvListOf(outer, lvListOf(7));
+  lvHashMap const map = lvMapBuilder().put("back", inner).put("other", lvListOf(8)).map();
+  outer->insert(map, -1);
+  std::string const dot = dotGraph({lvListOf(outer)});
+  outer->removeAll();
+  EXPECT_EQ(countOf(dot, "color=red"), 3) << dot;
+  EXPECT_EQ(countOf(dot, " -> "), 6) << dot;
+  EXPECT_TRUE(std::regex_search(dot, std::regex("n1:p0 -> n2 \\[color=red\\]"))) << dot;
+}
+
+TEST(LvtextGraph, DrawsAListThatIsItsOwnElement) {
+  lvVector const list(1);
+  list->insert(list, -1);
+  std::string const dot = dotGraph({list});
+  list->removeAll();
+  EXPECT_THAT(dot, HasSubstr("  n0:p0 -> n0 [color=red];\n"));
+}
+
+TEST(LvtextGraph, DrawsObjectsWithoutAClassAsEmptyBoxes) {
+  lvArg const unknown(*new lvrCommonSerializer);
+  EXPECT_THAT(dotGraph({unknown, lvListOf(unknown)}),
+              AllOf(HasSubstr("<B>empty *CommonSerializer</B>"), HasSubstr("  n1:p0 -> n0;\n")));
+}
+
+}  // namespace
