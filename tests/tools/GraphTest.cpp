@@ -36,7 +36,7 @@ TEST(LvtextGraph, DrawsTheArrowsOfACycleInRedAndNoOthers) {
   lvHashMap const map = lvMapBuilder().put("back", inner).put("other", lvListOf(8)).map();
   outer->insert(map, -1);
   std::string const dot = dotGraph({lvListOf(outer)});
-  outer->removeAll();
+  outer->clear();
   EXPECT_EQ(countOf(dot, "color=red"), 3) << dot;
   EXPECT_EQ(countOf(dot, " -> "), 6) << dot;
   EXPECT_TRUE(std::regex_search(dot, std::regex("n1:p0 -> n2 \\[color=red\\]"))) << dot;
@@ -46,7 +46,7 @@ TEST(LvtextGraph, DrawsAListThatIsItsOwnElement) {
   lvVector const list(1);
   list->insert(list, -1);
   std::string const dot = dotGraph({list});
-  list->removeAll();
+  list->clear();
   EXPECT_THAT(dot, HasSubstr("  n0:p0 -> n0 [color=red];\n"));
 }
 

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <lvtext/TextClass.h>
 #include <lvtext/TextTree.h>
+#include <tarselvalues/containers/lvEntries.h>
+#include <tarselvalues/containers/lvItems.h>
 #include <tarselvalues/core/lvCell.h>
 #include <tarselvalues/tarselvalues.h>
 
@@ -161,13 +163,11 @@ inline bool standsInMap(Node const& key, Node const& wanted, lvHashMap const& ma
   if (key.kind == Node::Atom) {
     return stands(wanted, map->get(key.value));
   }
-  lvMapEnumerator entries(map);
-  while (entries.next()) {
-    if (stands(key, entries.getKey()) && stands(wanted, entries.getValue())) {
-      return true;
-    }
+  bool found = false;
+  for (lvEntry const& entry : lvEntries(map)) {
+    found = found || (stands(key, entry.key) && stands(wanted, entry.value));
   }
-  return false;
+  return found;
 }
 
 inline bool standsInObject(Node const& node, lvArg const& value) {
@@ -195,13 +195,13 @@ inline bool stands(Node const& node, lvArg const& value) {
     return node.value.equiv(value) != 0;
   }
   if (node.kind == Node::List) {
-    lvVector const list(value);
-    bool same = value.getType() == lvArg::ListType &&
-                list->getSize() == static_cast<int>(node.parts.size());
-    for (std::size_t i = 0; same && i < node.parts.size(); ++i) {
-      same = stands(node.parts[i], list->get(static_cast<int>(i)));
+    std::size_t count = 0;
+    bool same = value.getType() == lvArg::ListType;
+    for (lvArg const& item : lvItems(value)) {
+      same = same && count < node.parts.size() && stands(node.parts[count], item);
+      ++count;
     }
-    return same;
+    return same && count == node.parts.size();
   }
   lvHashMap const map(value);
   bool same = value.getType() == lvArg::MapType &&

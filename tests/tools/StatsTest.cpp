@@ -23,7 +23,7 @@ TEST(LvtextStats, CountsValuesByTheirKind) {
                           ->instantiateDefaultObject());
   std::vector<lvArg> const values{lvListOf(1, "a", lvArg(), object), lvListOf(2),
                                   lvMapBuilder().put("k", 3).map()};
-  EXPECT_EQ(numberOf("values", values), 10);
+  EXPECT_EQ(numberOf("values", values), 12);
   EXPECT_EQ(numberOf("nil", values), 3);  // Two of them are fields.
   EXPECT_EQ(numberOf("integers", values), 3);
   EXPECT_EQ(numberOf("strings", values), 2);
@@ -45,7 +45,7 @@ TEST(LvtextStats, CountsCyclesOnce) {
   list->insert(list, -1);
   EXPECT_EQ(numberOf("in cycles", {list}), 1);
   EXPECT_EQ(numberOf("met again", {list}), 0);
-  list->removeAll();
+  list->clear();
 }
 
 TEST(LvtextStats, CountsTheMemoryOfEachObjectOnce) {

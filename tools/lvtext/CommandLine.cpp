@@ -56,8 +56,11 @@ class CommandLine {
         declareClass(declaration);
       }
       return verb_();
+    } catch (CLI::Success const& request) {
+      return app_.exit(request, std::cout);
     } catch (CLI::ParseError const& error) {
-      return app_.exit(error, std::cout, std::cerr) == 0 ? Success : Failure;
+      std::fprintf(stderr, "lvtext: %s\n`lvtext --help` tells how it is used.\n", error.what());
+      return Failure;
     } catch (std::exception const& error) {
       std::fprintf(stderr, "lvtext: %s\n", error.what());
       return Failure;
@@ -80,8 +83,7 @@ class CommandLine {
   void addClasses(CLI::App* command) {
     command
         ->add_option("--class", given_.classes,
-                     "Read objects *NAME{...} with so many fields, or with fields of these names. "
-                     "Up to 64 times.")
+                     "Read objects *NAME{...} with these fields. Up to 64 times.")
         ->type_name("NAME=COUNT|NAME=FIELD,...")
         ->type_size(1)
         ->allow_extra_args(false);
