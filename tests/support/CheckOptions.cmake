@@ -1,8 +1,8 @@
-# Fails unless COMMAND --help and the manual page PAGE, in mdoc, name the same options.
+# Fails unless COMMAND --help-all and the manual page PAGE, in mdoc, name the same options.
 cmake_minimum_required(VERSION 3.25)
 
 list(REMOVE_ITEM COMMAND "")
-execute_process(COMMAND ${COMMAND} --help OUTPUT_VARIABLE help RESULT_VARIABLE status)
+execute_process(COMMAND ${COMMAND} --help-all OUTPUT_VARIABLE help RESULT_VARIABLE status)
 file(READ "${PAGE}" page)
 
 string(REGEX MATCHALL "--[a-z][-a-z]*" in_help "${help}")
@@ -13,5 +13,5 @@ foreach(options in_help in_page)
   list(SORT ${options})
 endforeach()
 if(NOT status EQUAL 0 OR in_help STREQUAL "" OR NOT in_help STREQUAL in_page)
-  message(FATAL_ERROR "--help tells of \"${in_help}\", the page of \"${in_page}\"")
+  message(FATAL_ERROR "--help-all tells of \"${in_help}\", the page of \"${in_page}\"")
 endif()

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <unordered_map>
+#include <utility>
 
 #include "JsonText.h"
 #include "TextClass.h"
@@ -100,6 +101,13 @@ struct Box {
 
 class Drawing {
  public:
+  // Several values are held together by a box of their own.
+  explicit Drawing(std::size_t values) : hasTextBox_(values > 1) {
+    if (hasTextBox_) {
+      boxes_.push_back({"text", {}, 0});
+    }
+  }
+
   void add(lvArg const& root) {
     lvWalk(root, [this](lvArg const& value, lvWalkPlace const& place) {
       visit(value, place);
@@ -112,8 +120,8 @@ class Drawing {
         "digraph values {\n"
         "  rankdir=LR;\n"
         "  node [shape=plain, fontname=\"Helvetica\", fontsize=10];\n";
-    for (std::size_t i = 0; i < rootAtoms_.size(); ++i) {
-      out += "  a" + std::to_string(i) + " [label=<" + rootAtoms_[i] + ">];\n";
+    if (!onlyAtom_.empty()) {
+      out += "  atom [label=<" + onlyAtom_ + ">];\n";
     }
     for (std::size_t i = 0; i < boxes_.size(); ++i) {
       addNode(out, i);
@@ -139,13 +147,20 @@ class Drawing {
     }
     if (place.role != lvWalkPlace::Root) {
       boxes_[open_.back()].rows.push_back(row);
-    } else if (row.isAtom) {
-      rootAtoms_.push_back(row.text);
+    } else if (hasTextBox_) {
+      addRoot(row);
+    } else {
+      onlyAtom_ = row.text;
     }
     if (place.meeting == lvWalkPlace::Cycle) {
       markCycle(row.target);
     }
     open_.push_back(row.target);
+  }
+
+  void addRoot(Row row) {
+    row.name = std::to_string(boxes_[0].rows.size());
+    boxes_[0].rows.push_back(std::move(row));
   }
 
   std::size_t boxOf(lvArg const& value) {
@@ -190,7 +205,8 @@ class Drawing {
   }
 
   std::vector<Box> boxes_;
-  std::vector<std::string> rootAtoms_;
+  bool hasTextBox_;
+  std::string onlyAtom_;  // a value that is no box
   std::unordered_map<lvReferencable const*, std::size_t> numbers_;
   std::vector<std::size_t> open_;  // the boxes around the value that is visited
 };
@@ -198,7 +214,7 @@ class Drawing {
 }  // namespace
 
 std::string dotGraph(std::vector<lvArg> const& values) {
-  Drawing drawing;
+  Drawing drawing(values.size());
   for (lvArg const& value : values) {
     drawing.add(value);
   }
