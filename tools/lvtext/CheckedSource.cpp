@@ -231,7 +231,6 @@ bool CheckedSource::acceptItem(lvArg const& item) {
   }
   if (inFrame(lvArgDest::TupleFrame) && frames.back().items == 1) {
     frames.back().key = item;
-    frames.back().keyIsAtom = true;
   }
   if (last.code == TOKEN_INTEGER && item.getType() == lvArg::IntType) {
     checkNumber(item.getInt());
@@ -289,6 +288,9 @@ bool CheckedSource::acceptFrame(lvArg const& kind) {
   bool const kept = kindOf(kind) == lvArgDest::TupleFrame || countItem(offset, false);
   if (kept) {
     itemStart = offset;
+    if (inFrame(lvArgDest::TupleFrame) && frames.back().items == 1) {
+      frames.back().keyIsAtom = false;
+    }
     frames.push_back({kindOf(kind), offset, fieldsOf(kind)});
   }
   return kept;
@@ -392,7 +394,7 @@ void CheckedSource::endFrame() {
 void CheckedSource::popFrame() {
   Frame const frame = std::move(frames.back());
   frames.pop_back();
-  if (frame.kind == lvArgDest::TupleFrame && frame.items > 0) {
+  if (frame.kind == lvArgDest::TupleFrame) {
     addEntry(frame);
   }
 }

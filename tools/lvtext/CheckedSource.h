@@ -45,8 +45,8 @@ class CheckedSource : public lvtStringArgSource {
     int fields;  // of an object
     int items = 0;
     bool lastIsNil = false;
-    lvArg key = {};  // of an entry
-    bool keyIsAtom = false;
+    lvArg key = {};  // of an entry; nil where there is none
+    bool keyIsAtom = true;
     std::size_t entryCount = 0;  // of a map
     std::unordered_map<lvArg, Entry, lvHasher, lvEquivalent> entries = {};
   };

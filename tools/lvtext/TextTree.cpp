@@ -43,15 +43,13 @@ bool readPart(Node& part, CheckedSource& source) {
   return true;
 }
 
-// Reads the rest of an entry. One whose key is there already takes the place of that.
+// Reads the rest of an entry: what is missing is nil. One whose key is there already takes the place
+// of that.
 void readEntry(Node& map, CheckedSource& source) {
   Node key;
   Node value;
   Node none;
-  if (!readPart(key, source)) {
-    return;
-  }
-  if (readPart(value, source)) {
+  if (readPart(key, source) && readPart(value, source)) {
     readPart(none, source);  // The source hands out no third part: this is the end.
   }
   std::size_t const place = 2 * source.entryIndex();
