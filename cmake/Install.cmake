@@ -2,7 +2,7 @@
 #
 #   runtime  the shared library
 #   dev      headers, the link to the library, the files for find_package() and pkg-config
-#   tools    lvtext and its manual page
+#   tools    lvtext, its manual page, and the completion of its arguments in bash
 #   doc      the documents, examples and manual pages; with TARSELVALUES_BUILD_DOCS, the manual of the
 #            headers
 #   gdb      what gdb needs to print values: no file yet
@@ -58,6 +58,8 @@ if(TARGET lvtext)
   install(TARGETS lvtext RUNTIME COMPONENT tools)
   install(FILES "${PROJECT_SOURCE_DIR}/docs/man/lvtext.1"
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tools)
+  install(FILES "${PROJECT_SOURCE_DIR}/tools/lvtext/lvtext.bash" RENAME lvtext
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT tools)
 endif()
 
 # Another project that has the library as a folder has documents and an archive of its own.

@@ -1,10 +1,13 @@
 # Sourced by the scripts: makes sure that the Debian packages they need are there.
 
-# What both commands need: CMake, and the compiler and the emulator for 32-bit ARM.
+# What both commands need: CMake, the compiler and the emulator for 32-bit ARM, and what lvtext is made
+# with.
 packages_for_demo=(
   cmake
   g++-arm-linux-gnueabihf
+  libcli11-dev
   ninja-build
+  nlohmann-json3-dev
   qemu-user
 )
 
@@ -20,6 +23,7 @@ packages_for_check=(
   g++-i686-linux-gnu
   gcovr
   googletest
+  graphviz
   groff-base
   pkg-config
   python3
