@@ -67,7 +67,7 @@ class LvtextFaults : public testing::TestWithParam<unsigned> {
 };
 
 TEST_P(LvtextFaults, LeaveTheSameInTreesAndInTheLibrarysValues) {
-  constexpr unsigned Texts = 250;
+  constexpr unsigned Texts = 100;
   File const nowhere(std::fopen("/dev/null", "w"), std::fclose);
   ASSERT_NE(nowhere, nullptr);
   for (unsigned i = 0; i < Texts && !HasFailure(); ++i) {

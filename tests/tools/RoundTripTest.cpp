@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr unsigned Trees = 400;
+constexpr unsigned Trees = 200;
 constexpr int Levels = 8;
 constexpr int MostLevels = lvtStringArgDest::MaxDepth;
 
