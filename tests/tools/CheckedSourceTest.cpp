@@ -33,6 +33,8 @@ std::string randomTokens(unsigned seed) {
   return text;
 }
 
+constexpr unsigned Texts = 100;
+
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 class LvtextFaults : public testing::TestWithParam<unsigned> {
@@ -67,7 +69,6 @@ class LvtextFaults : public testing::TestWithParam<unsigned> {
 };
 
 TEST_P(LvtextFaults, LeaveTheSameInTreesAndInTheLibrarysValues) {
-  constexpr unsigned Texts = 100;
   File const nowhere(std::fopen("/dev/null", "w"), std::fclose);
   ASSERT_NE(nowhere, nullptr);
   for (unsigned i = 0; i < Texts && !HasFailure(); ++i) {

@@ -15,6 +15,11 @@ bool isSame(Node const& a, Node const& b) {
          std::equal(a.parts.begin(), a.parts.end(), b.parts.begin(), b.parts.end(), isSame);
 }
 
+std::string extended(std::string path, char const* before, std::string const& name,
+                     char const* after) {
+  return path.append(before).append(name).append(after);
+}
+
 class Comparison {
  public:
   void compareLists(std::string const& path, std::vector<Node> const& left,
@@ -28,7 +33,7 @@ class Comparison {
     auto const leftEnd = first + static_cast<std::size_t>(leftTo.base() - leftFrom);
     auto const rightEnd = first + static_cast<std::size_t>(rightTo.base() - rightFrom);
     for (std::size_t i = first; i < std::max(leftEnd, rightEnd); ++i) {
-      std::string const place = path + '[' + std::to_string(i) + ']';
+      std::string const place = extended(path, "[", std::to_string(i), "]");
       compareThese(place, i < leftEnd ? &left[i] : nullptr, i < rightEnd ? &right[i] : nullptr);
     }
   }
@@ -70,7 +75,7 @@ class Comparison {
     for (std::size_t i = 0; i < left.parts.size(); ++i) {
       bool const isNamed = described != nullptr && !described->names.empty();
       std::string const field = isNamed ? described->names[i] : std::to_string(i);
-      compare(path + '.' + field, left.parts[i], right.parts[i]);
+      compare(extended(path, ".", field, ""), left.parts[i], right.parts[i]);
     }
   }
 
@@ -93,13 +98,18 @@ class Comparison {
       sides.left.resize(count);
       sides.right.resize(count);
       for (std::size_t i = 0; i < count; ++i) {
-        compareThese(path + '(' + key + ')', sides.left[i], sides.right[i]);
+        compareThese(extended(path, "(", key, ")"), sides.left[i], sides.right[i]);
       }
     }
   }
 
   void addLine(char side, std::string const& path, Node const& node) {
-    out_ += side + (' ' + path) + ": " + oneLine(node) + '\n';
+    out_ += side;
+    out_ += ' ';
+    out_ += path;
+    out_ += ": ";
+    out_ += oneLine(node);
+    out_ += '\n';
   }
 
   std::string out_;

@@ -10,6 +10,10 @@ namespace {
 
 using nlohmann::json;
 
+// What the parser and the writer are asked for: one value of several, and text without indentation.
+constexpr bool ToTheEnd = false;
+constexpr int OneLine = -1;
+
 constexpr char ByteOrderMark[] = "\xEF\xBB\xBF";
 
 // Hands on what the parser tells, and finds out where it stands, which the parser does not say.
@@ -94,13 +98,11 @@ std::size_t readJson(std::string const& text, std::size_t from,
                      std::function<void(JsonPiece&&)> const& take) {
   PieceReader reader(text, from, take);
   char const* const begin = text.data() + from;
-  constexpr bool ToTheEnd = false;
   json::sax_parse(begin, text.data() + text.size(), &reader, json::input_format_t::json, ToTheEnd);
   return reader.end();
 }
 
 std::string asUtf8(std::string const& text) {
-  constexpr int OneLine = -1;
   return isAscii(text)
              ? text
              : json::parse(json(text).dump(OneLine, ' ', false, json::error_handler_t::replace))

@@ -1,6 +1,7 @@
 #include "Problems.h"
 
 #include <algorithm>
+#include <cctype>
 #include <utility>
 
 #include "Utf8.h"
@@ -14,9 +15,7 @@ constexpr char Cut[] = "...";
 
 // What a byte of a line is shown as: nothing that moves a terminal's cursor.
 char shownAs(char c) {
-  constexpr char Delete = 127;
-  bool const isControl = static_cast<unsigned char>(c) < ' ' || c == Delete;
-  return isControl && c != '\t' ? '?' : c;
+  return std::iscntrl(static_cast<unsigned char>(c)) != 0 && c != '\t' ? '?' : c;
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 class Progress {
  public:
   // Texts up to this many bytes are read before anybody asks.
-  static constexpr std::size_t LongText = 10 * 1000 * 1000;
+  static constexpr std::size_t LongText = 10'000'000;
 
   // For a text of `total` bytes; says nothing unless `out` is a terminal and the text is long.
   Progress(std::FILE* out, std::size_t total);

@@ -7,6 +7,9 @@
 
 namespace {
 
+// Where the numbers stand.
+constexpr std::size_t NumberColumn = 22;
+
 class Counter {
  public:
   void add(lvArg const& root) {
@@ -37,9 +40,8 @@ class Counter {
 
  private:
   static void addLine(std::string& out, char const* name, std::size_t number) {
-    constexpr std::size_t Width = 22;
     std::string line = name;
-    line.resize(Width, ' ');
+    line.resize(NumberColumn, ' ');
     out += line + std::to_string(number) + '\n';
   }
 

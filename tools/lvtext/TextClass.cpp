@@ -97,6 +97,7 @@ std::vector<std::string> readNames(std::string const& text) {
 void describe(TextClass const& declared, lvrClass::DefaultCtor* make) {
   lvClass const described(1, declared.key, make);
   std::vector<std::size_t> offsets;
+  offsets.reserve(static_cast<std::size_t>(declared.fields));
   for (int i = 0; i < declared.fields; ++i) {
     offsets.push_back(TextObject::fieldOffset(i));
   }

@@ -17,7 +17,7 @@ class Writer : public tarselvalues::FitWriter {
 
   int enter(lvArg const& kind, int count) override {
     int const status = FitWriter::enter(kind, count);
-    if (status != 0 || count != 0 || !kind.equiv(kindOf(MapFrame))) {
+    if (status != 0 || count != 0 || kind.equiv(kindOf(MapFrame)) == 0) {
       return status;
     }
     return FitWriter::enter(kindOf(TupleFrame), 0) == 0 ? FitWriter::leave() : ROOM_ERROR;

@@ -32,7 +32,7 @@ class TextList {
     writeOut(text);
     isFirst_ = false;
   }
-  void end() {
+  void end() const {
     writeOut(isFirst_ ? "" : "\n");
     flushOut();
   }
