@@ -368,7 +368,10 @@ void CheckedSource::skipFrame() {
     if (result == SOURCE_END) {
       return;
     }
-    depth += result == SOURCE_FRAME_BEGIN ? 1 : 0;
+    if (result == SOURCE_FRAME_BEGIN) {
+      ++depth;
+      starIsOpen = false;
+    }
     depth -= result == SOURCE_FRAME_END ? 1 : 0;
   }
 }
