@@ -3,6 +3,7 @@
 #include <tarselvalues/tarselvalues.h>
 
 #include <cstdio>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -155,6 +156,9 @@ int graphText(std::string const& name, bool svg) {
 }
 
 int diffTexts(std::string const& left, std::string const& right) {
+  if (left == "-" && right == "-") {
+    throw std::runtime_error("standard input cannot be both texts");
+  }
   Input leftInput = openInput(left);
   Input rightInput = openInput(right);
   std::vector<Node> leftNodes = readNodes(leftInput);
