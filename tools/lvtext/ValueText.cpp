@@ -1,26 +1,25 @@
 #include "ValueText.h"
 
-#include <tarselvalues/serial/lvText.h>
-
 #include <climits>
 #include <new>
+#include <string_view>
 
 namespace {
 
-constexpr std::size_t FirstCapacity = 256;
+constexpr int FirstCapacity = 256;
 constexpr char EscapedBackslash[] = "%5C";
 
 // Puts an entry into empty maps.
-class Writer : public tarselvalues::FitWriter {
+class Writer : public lvtStringArgDest {
  public:
-  using FitWriter::FitWriter;
+  using lvtStringArgDest::lvtStringArgDest;
 
   int enter(lvArg const& kind, int count) override {
-    int const status = FitWriter::enter(kind, count);
+    int const status = lvtStringArgDest::enter(kind, count);
     if (status != 0 || count != 0 || kind.equiv(kindOf(MapFrame)) == 0) {
       return status;
     }
-    return FitWriter::enter(kindOf(TupleFrame), 0) == 0 ? FitWriter::leave() : ROOM_ERROR;
+    return lvtStringArgDest::enter(kindOf(TupleFrame), 0) == 0 ? leave() : ROOM_ERROR;
   }
 
  private:
@@ -32,7 +31,7 @@ class Writer : public tarselvalues::FitWriter {
 };
 
 // A backslash that was written always stands for itself.
-std::string withoutBackslashes(std::string const& text) {
+std::string withoutBackslashes(std::string_view text) {
   std::string result;
   result.reserve(text.size());
   for (char const c : text) {
@@ -46,13 +45,12 @@ std::string withoutBackslashes(std::string const& text) {
 std::string valueText(lvArg const& value) {
   auto* const serializer = new lvrCommonSerializer;
   lvArg const holder(*serializer);
-  for (std::size_t capacity = FirstCapacity; capacity <= INT_MAX / 2; capacity *= 2) {
-    std::string text(capacity, '\0');
-    Writer writer(text);
+  for (int capacity = FirstCapacity; capacity <= INT_MAX / 2; capacity *= 2) {
+    Writer writer(nullptr, capacity);
     serializer->serializeAtomInto(writer, value);
-    if (writer.fits()) {
-      text.resize(static_cast<std::size_t>(writer.getStringLength()));
-      return withoutBackslashes(text);
+    if (writer.hasFitted()) {
+      return withoutBackslashes(
+          {writer.getStringData(), static_cast<std::size_t>(writer.getStringLength())});
     }
   }
   throw std::bad_alloc();
