@@ -5,7 +5,7 @@
 #   tools    lvtext, its manual page, and the completion of its arguments in bash
 #   doc      the documents, examples and manual pages; with TARSELVALUES_BUILD_DOCS, the manual of the
 #            headers
-#   gdb      what gdb needs to print values: no file yet
+#   gdb      what gdb needs to show values (see Gdb.cmake)
 
 include(CMakePackageConfigHelpers)
 

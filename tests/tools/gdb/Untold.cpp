@@ -1,0 +1,3 @@
+#include "Untold.h"
+
+Untold::~Untold() = default;

@@ -1,0 +1,78 @@
+"""Runs a program under gdb up to stopHere(), and checks there what a source file expects.
+
+usage: session.py --gdb GDB --source FILE [options] PROGRAM
+
+The program is run natively; under an emulator that gdb is connected to, with --emulator; or not at all,
+if --core names the core file that --write-core has left. A library in --library-path is used instead of
+the one that the program was linked with. The exit status is 0 when all is as expected; what keeps gdb
+from running the program is a failure.
+"""
+
+import argparse
+import os
+import subprocess
+import sys
+import tempfile
+
+FOLDER = os.path.dirname(os.path.abspath(__file__))
+TIMEOUT = 100  # seconds
+
+
+def parse_arguments():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--gdb", required=True)
+    parser.add_argument("--source", required=True)
+    parser.add_argument("--library-path", required=True)
+    parser.add_argument("--stripped", action="store_true")
+    parser.add_argument("--emulator", help="with its options, separated by blanks")
+    parser.add_argument("--core")
+    parser.add_argument("--write-core")
+    parser.add_argument("program")
+    return parser.parse_args()
+
+
+def commands_to_stop(options, socket):
+    """What gdb does to have the program stand in stopHere()."""
+    if options.core:
+        return [f"core-file {options.core}"]
+    breakpoint_commands = ["set breakpoint pending off", "break stopHere"]
+    if options.emulator:
+        sysroot = options.emulator.split()[-1]
+        return [f"set sysroot {sysroot}", f"set solib-search-path {options.library_path}",
+                *breakpoint_commands, f"target remote {socket}", "continue"]
+    return ["set startup-with-shell off",
+            f"set environment LD_LIBRARY_PATH {options.library_path}", *breakpoint_commands, "run"]
+
+
+def run_gdb(options, socket):
+    commands = commands_to_stop(options, socket)
+    if options.write_core:
+        commands.append(f"generate-core-file {options.write_core}")
+    commands.append(f"python import sys; sys.path.insert(0, {FOLDER!r}); import expectations; "
+                    f"expectations.main({options.source!r}, {options.stripped})")
+    arguments = [options.gdb, "-q", "-batch", "-nx", "-ex", "set confirm off",
+                 "-iex", f"add-auto-load-safe-path {options.library_path}",
+                 "-iex", f"add-auto-load-safe-path {os.path.realpath(options.library_path)}"]
+    for command in commands:
+        arguments += ["-ex", command]
+    environment = {**os.environ, "LC_ALL": "C.UTF-8", "PYTHONDONTWRITEBYTECODE": "1"}
+    return subprocess.run([*arguments, options.program], env=environment, timeout=TIMEOUT,
+                          stdin=subprocess.DEVNULL, check=False).returncode
+
+
+def main():
+    options = parse_arguments()
+    with tempfile.TemporaryDirectory() as folder:
+        socket = os.path.join(folder, "gdb")
+        if not options.emulator:
+            return run_gdb(options, socket)
+        with subprocess.Popen([*options.emulator.split(), "-g", socket,
+                               "-E", f"LD_LIBRARY_PATH={options.library_path}",
+                               options.program]) as emulator:
+            try:
+                return run_gdb(options, socket)
+            finally:
+                emulator.kill()
+
+
+sys.exit(main())

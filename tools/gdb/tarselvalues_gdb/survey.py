@@ -1,0 +1,159 @@
+"""Walks over a whole value: counts, and a graph; and over the table of interned strings."""
+
+import collections
+
+from .memory import Unreadable
+from .registry import address_of
+from .text import Text
+from .values import Container, String
+
+MOST_VALUES = 200000
+MOST_CHAINS = 1 << 16
+TABLE = "lvString::hashTable_"
+
+# A value that a walk comes by. `owner` is the container that it is in, None for the first; `label`
+# says where in it; `is_key` is so for keys of maps; `depth` counts the containers around it; `is_known`
+# says that its object has been met before, `is_cycle` that it is one of those around it.
+Visit = collections.namedtuple("Visit", "value owner label is_key depth is_known is_cycle")
+
+
+class Walk:
+    """Comes by each value once, and by each part of an object once, however often it is shared."""
+
+    def __init__(self, root, most=MOST_VALUES):
+        self._root = root
+        self._left = most
+        self._known = set()
+        self._above = []  # (container, its remaining parts)
+        self.is_cut = False
+
+    def __iter__(self):
+        yield self._visit(self._root, None, False)
+        while self._above:
+            following = next(self._above[-1][1], None)
+            if following is None:
+                self._above.pop()
+            elif self._left == 0:
+                self.is_cut = True
+                return
+            else:
+                self._left -= 1
+                yield self._visit(*following)
+
+    def _visit(self, value, label, is_key):
+        address = getattr(value, "address", None)
+        around = [container for container, _ in self._above]
+        visit = Visit(value, around[-1] if around else None, label, is_key, len(around),
+                      address in self._known, any(each.address == address for each in around))
+        if address is not None:
+            self._known.add(address)
+        if isinstance(value, Container) and not visit.is_known:
+            self._above.append((value, labelled(value.parts())))
+        return visit
+
+
+def labelled(parts):
+    """Yields each value in these parts, with its label, and whether it is a key."""
+    for number, part in enumerate(parts):
+        if len(part.values) == 2:
+            key, value = part.values
+            yield key, f"key {number}", True
+            is_plain = not isinstance(key, Container)
+            yield value, Text(most_depth=0).of(key) if is_plain else f"value {number}", False
+        else:
+            yield part.values[0], part.name or str(number), False
+
+
+def statistics(root):
+    """Returns what is counted, and the counts; and whether that is all."""
+    walk = Walk(root)
+    counts = dict.fromkeys(("values", "objects", "shared", "cycles", "depth", "bytes", "chain"), 0)
+    shared = set()
+    for visit in walk:
+        counts["values"] += 1
+        counts["depth"] = max(counts["depth"], visit.depth)
+        counts["cycles"] += visit.is_cycle
+        if visit.is_known:
+            shared.add(visit.value.address)
+        elif isinstance(visit.value, (Container, String)):
+            counts["objects"] += 1
+            count_memory(visit.value, counts)
+    counts["shared"] = len(shared)
+    return counts, walk.is_cut
+
+
+def count_memory(value, counts):
+    """Adds what the object of a value takes; nothing if that cannot be read."""
+    try:
+        counts["bytes"] += value.count_bytes()
+        if isinstance(value, Container):
+            counts["chain"] = max(counts["chain"], value.longest_chain())
+    except Unreadable:
+        pass
+
+
+class StringTable:
+    """The table of interned strings."""
+
+    def __init__(self, reader):
+        self._reader = reader
+        self.is_cut = False
+        self.longest = 0  # chain, once all entries have been read
+        place = address_of(TABLE)
+        self._table = reader.memory.pointer(place) if place else 0
+
+    def entries(self):
+        """Yields how many hold an entry, and its text."""
+        if self._table == 0:
+            return
+        reader = self._reader
+        buckets = self._table + reader.layout["lvString::HashTable"].fields["buckets_"].offset
+        left = MOST_VALUES
+        count = reader.field(self._table, "lvString::HashTable", "bucketCount_")
+        for entry in reader.memory.pointers(buckets, min(count, MOST_CHAINS)):
+            length = 0
+            while entry != 0 and left > 0:
+                yield reader.field(entry, "lvReferencable", "count_"), reader.at(entry)
+                length += 1
+                left -= 1
+                entry = reader.field(entry, "lvString::StringEntry", "next_")
+            self.longest = max(self.longest, length)
+            self.is_cut = self.is_cut or entry != 0
+
+
+def graph(root, most_values):
+    """Yields the lines of a graph in the language of Graphviz: objects with parts are boxes, in which
+    their plain values stand; a reference back to what holds it is red."""
+    boxes = {}   # by address: the lines in the box
+    arrows = []
+    walk = Walk(root, most_values)
+    for visit in walk:
+        if isinstance(visit.value, Container):
+            boxes.setdefault(visit.value.address, [visit.value.summary()])
+            if visit.owner is not None:
+                arrows.append((visit.owner.address, visit.value.address, visit.label, visit.is_cycle))
+        elif visit.owner is None:
+            boxes[None] = [Text().of(visit.value)]
+        elif not visit.is_key:
+            boxes[visit.owner.address].append(f"{visit.label}: {Text().of(visit.value)}")
+    names = {address: f"n{number}" for number, address in enumerate(boxes, 1)}
+    yield "digraph value {"
+    yield '  node [shape=box, fontname="monospace"];'
+    for address, lines in boxes.items():
+        yield f'  {names[address]} [label="{label_of(lines)}"];'
+    for start, end, label, is_cycle in arrows:
+        color = ", color=red, fontcolor=red" if is_cycle else ""
+        yield f'  {names[start]} -> {names[end]} [label="{quoted(label)}"{color}];'
+    if walk.is_cut:
+        yield '  more [label="... and more", shape=plaintext];'
+    yield "}"
+
+
+def label_of(lines):
+    """The first line in the middle, the others to the left."""
+    others = "".join(quoted(line) + "\\l" for line in lines[1:])
+    return quoted(lines[0]) + ("\\n" if others else "") + others
+
+
+def quoted(text):
+    return text.replace("\\", "\\\\").replace('"', '\\"')
