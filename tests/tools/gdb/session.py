@@ -1,11 +1,11 @@
-"""Runs a program under gdb up to stopHere(), and checks there what a source file expects.
+"""Runs a program under gdb up to stopHere(), and there a script.
 
-usage: session.py --gdb GDB --source FILE [options] PROGRAM
+usage: session.py --gdb GDB --library-path FOLDER --run PYTHON [options] PROGRAM
 
 The program is run natively; under an emulator that gdb is connected to, with --emulator; or not at all,
-if --core names the core file that --write-core has left. A library in --library-path is used instead of
-the one that the program was linked with. The exit status is 0 when all is as expected; what keeps gdb
-from running the program is a failure.
+if --core names a core file. A library in --library-path is used instead of
+the one that the program was linked with. The exit status is gdb's, with which PYTHON, whose modules stand beside
+this file, ends it; what keeps gdb from running the program is a failure.
 """
 
 import argparse
@@ -21,12 +21,10 @@ TIMEOUT = 100  # seconds
 def parse_arguments():
     parser = argparse.ArgumentParser()
     parser.add_argument("--gdb", required=True)
-    parser.add_argument("--source", required=True)
     parser.add_argument("--library-path", required=True)
-    parser.add_argument("--stripped", action="store_true")
+    parser.add_argument("--run", required=True)
     parser.add_argument("--emulator", help="with its options, separated by blanks")
     parser.add_argument("--core")
-    parser.add_argument("--write-core")
     parser.add_argument("program")
     return parser.parse_args()
 
@@ -46,10 +44,7 @@ def commands_to_stop(options, socket):
 
 def run_gdb(options, socket):
     commands = commands_to_stop(options, socket)
-    if options.write_core:
-        commands.append(f"generate-core-file {options.write_core}")
-    commands.append(f"python import sys; sys.path.insert(0, {FOLDER!r}); import expectations; "
-                    f"expectations.main({options.source!r}, {options.stripped})")
+    commands.append(f"python import sys; sys.path.insert(0, {FOLDER!r}); {options.run}")
     arguments = [options.gdb, "-q", "-batch", "-nx", "-ex", "set confirm off",
                  "-iex", f"add-auto-load-safe-path {options.library_path}",
                  "-iex", f"add-auto-load-safe-path {os.path.realpath(options.library_path)}"]

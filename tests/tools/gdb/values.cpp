@@ -88,6 +88,13 @@ lvString bareWord("pump");
 //> lv print &bareWord
 //= pump
 
+//> lv strings pum
+//= 31 interned strings, longest chain 1
+//=      1 "pump"
+//=      2 "pump room"
+//> lv strings nobody's
+//= 31 interned strings, longest chain 1
+
 lvString noString;
 //> print noString
 //= #nil
@@ -125,7 +132,7 @@ lvArg noText;  // a string object without text
 
 lvVector list(4);
 //> print list
-//= list of 4 = {42, "a b", #nil, {7}}
+//= list of 4 = {42, "a b", #nil, list of 1 = {7}}
 //> lv print &list
 //= {42,"a b",#nil,{7}}
 //> lv print -max-depth 1 &list
@@ -153,13 +160,19 @@ lvVector emptyList(4);
 
 lvHashMap hashMap(7);
 //> print hashMap
-//= map of 2 = {["name"] = "pump room", ["ports"] = {502}}
+//= map of 2 = {["name"] = "pump room", ["ports"] = list of 1 = {502}}
 //> lv print &hashMap
 //= {(name="pump room"),(ports={502})}
+//> interpreter-exec mi "-enable-pretty-printing"
+//= ^done
+//> interpreter-exec mi "-var-create shown * hashMap"
+//= ^done,name="shown",numchild="0",value="{...}",type="lvHashMap",displayhint="map",dynamic="1",has_more="1"
+//> interpreter-exec mi "-var-list-children --simple-values shown 0 2"
+//= ^done,numchild="2",displayhint="map",children=[child={name="shown.[0]",exp="[0]",numchild="0",value="\"name\"",type="lvArg",dynamic="1"},child={name="shown.[1]",exp="[1]",numchild="0",value="\"pump room\"",type="lvArg",dynamic="1"}],has_more="1"
 
 lviMap* interface = nullptr;  // of that map: not what cells hold
 //> print *interface
-//= map of 2 = {["name"] = "pump room", ["ports"] = {502}}
+//= map of 2 = {["name"] = "pump room", ["ports"] = list of 1 = {502}}
 
 lvHashMap crowded(1);  // all in one chain
 //> lv stats &crowded
@@ -330,7 +343,7 @@ lvVector circle(2);
 //> lv print &circle
 //= {1,<cycle: 1 up>}
 
-lvVector wheel(2);  // over a hashMap
+lvVector wheel(2);  // over a map
 //> lv print &wheel
 //= {{(back=<cycle: 2 up>)}}
 //> lv stats &wheel

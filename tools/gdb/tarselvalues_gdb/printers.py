@@ -1,5 +1,6 @@
 """What gdb's `print` shows for the types of the library."""
 
+import itertools
 import re
 
 import gdb
@@ -9,6 +10,8 @@ from .memory import Unreadable
 from .reader import Reader
 from .text import Text
 from .values import Atom, Container
+
+SMALL = 200  # values
 
 CELLS = ("lvArg", "lvString", "lvValue", "lvClass", "lvHashMap", "lvVector", "lvSortedList")
 OBJECTS = ("lvReferencable", "lvrString", "lvString::StringEntry", "lvrHashMap", "lvrTupleSet",
@@ -45,48 +48,86 @@ def with_bases(kind):
             yield from with_bases(field.type.strip_typedefs())
 
 
-class Printer:
-    """Shows a value: on one level with its parts, and below that as text."""
+class AtomPrinter:
+    """Shows a value that is not looked into."""
 
-    def __init__(self, value):
-        try:
-            self._shown = read(value)
-        except (gdb.error, Unreadable, OverflowError) as error:
-            self._shown = Atom(f"<{error}>")
+    def __init__(self, shown):
+        self._shown = shown
+
+    def to_string(self):
+        return Text().of_whole(self._shown)
+
+
+class ContainerPrinter:
+    """Shows a container with its parts, which gdb and its front ends can look into in turn: cells,
+    unless one is so large, or goes in such circles, that there would be no end of it. Then its text
+    stands there."""
+
+    def __init__(self, container, cell_type):
+        self._container = container
+        self._cell_type = cell_type  # as gdb knows it, or None
         self._text = Text()
 
     def to_string(self):
-        if isinstance(self._shown, Container):
-            return self._shown.summary()
-        return self._text.of_whole(self._shown)
+        return self._container.summary()
 
     def children(self):
-        if isinstance(self._shown, Container):
-            yield from self._parts(self._shown)
-
-    def _parts(self, container):
-        above = (container.address,)
-        for number, part in enumerate(container.parts()):
-            if self._text.left <= 0:
-                yield "...", "..."
-                if container.is_map:
-                    yield "...", "..."
-                return
-            self._text.left -= 1
-            name = part.name or f"[{number}]"
+        container = self._container
+        names = (f"[{number}]" for number in itertools.count())
+        for part in container.parts():
             if container.is_map and len(part.values) == 1:
-                yield name, "..."  # What comes now says why there are no more.
+                yield next(names), "..."  # What comes now says why there are no more.
             for value in part.values:
-                yield name, self._text.of(value, above)
+                yield part.name or next(names), self._child(value)
+
+    def _child(self, value):
+        is_fit = not isinstance(value, Container) or is_small(value)
+        if is_fit and self._cell_type is not None and value.cell is not None:
+            return gdb.Value(value.cell).cast(self._cell_type.pointer()).dereference()
+        return self._text.of(value, (self._container.address,))
 
     def display_hint(self):
-        if not isinstance(self._shown, Container) or self._shown.is_object:
+        if self._container.is_object:
             return None
-        return "map" if self._shown.is_map else "array"
+        return "map" if self._container.is_map else "array"
+
+
+def is_small(container):
+    """Whether all that is in it, however deep, is not too much to be printed part by part."""
+    left = SMALL
+    pending = [container]
+    while pending:
+        for part in pending.pop().parts():
+            left -= len(part.values)
+            if left < 0:
+                return False
+            pending += [value for value in part.values if isinstance(value, Container)]
+    return True
+
+
+def cell_type_for(kind):
+    """The type of cells, which a type of the library that is printed may be derived from."""
+    for base in with_bases(kind):
+        if base.name == "lvArg":
+            return base
+    try:
+        return gdb.lookup_type("lvArg")
+    except gdb.error:
+        return None
+
+
+def make_printer(value):
+    try:
+        shown = read(value)
+        if isinstance(shown, Container):
+            return ContainerPrinter(shown, cell_type_for(value.type.strip_typedefs()))
+    except (gdb.error, Unreadable, OverflowError) as error:
+        shown = Atom(f"<{error}>")
+    return AtomPrinter(shown)
 
 
 def make_collection():
     collection = gdb.printing.RegexpCollectionPrettyPrinter("tarselvalues")
     for name in CELLS + OBJECTS:
-        collection.add_printer(name, f"^{re.escape(name)}$", Printer)
+        collection.add_printer(name, f"^{re.escape(name)}$", make_printer)
     return collection

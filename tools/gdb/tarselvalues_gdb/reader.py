@@ -47,10 +47,12 @@ class Reader:
     def cell(self, address):
         """What the cell there holds."""
         try:
-            return self.content(self.field(address, "lvArg", "tagWord_"),
-                                self.field(address, "lvArg", "payload_"))
+            value = self.content(self.field(address, "lvArg", "tagWord_"),
+                                 self.field(address, "lvArg", "payload_"))
         except Unreadable as unreadable:
             return Atom(str(unreadable))
+        value.cell = address
+        return value
 
     def content(self, tag_word, payload):
         """What a cell of these two words holds."""

@@ -97,7 +97,6 @@ class StringTable:
 
     def __init__(self, reader):
         self._reader = reader
-        self.is_cut = False
         self.longest = 0  # chain, once all entries have been read
         place = address_of(TABLE)
         self._table = reader.memory.pointer(place) if place else 0
@@ -108,17 +107,16 @@ class StringTable:
             return
         reader = self._reader
         buckets = self._table + reader.layout["lvString::HashTable"].fields["buckets_"].offset
-        left = MOST_VALUES
+        seen = set()  # so that damaged chains end
         count = reader.field(self._table, "lvString::HashTable", "bucketCount_")
         for entry in reader.memory.pointers(buckets, min(count, MOST_CHAINS)):
             length = 0
-            while entry != 0 and left > 0:
+            while entry != 0 and entry not in seen and len(seen) < MOST_VALUES:
+                seen.add(entry)
                 yield reader.field(entry, "lvReferencable", "count_"), reader.at(entry)
                 length += 1
-                left -= 1
                 entry = reader.field(entry, "lvString::StringEntry", "next_")
             self.longest = max(self.longest, length)
-            self.is_cut = self.is_cut or entry != 0
 
 
 def graph(root, most_values):

@@ -17,14 +17,20 @@ MOST_TEXT = 1 << 22
 Part = collections.namedtuple("Part", "name values")
 
 
-class Atom:
+class Value:
+    """Whatever a cell holds, or an object is."""
+
+    cell = None  # the address of the cell, if it was read from one
+
+
+class Atom(Value):
     """A value without parts."""
 
     def __init__(self, shown):
         self.shown = shown
 
 
-class String:
+class String(Value):
     """The text of a string object."""
 
     def __init__(self, reader, address, size):
@@ -51,7 +57,7 @@ class String:
         return self._size + length + 1
 
 
-class Container:
+class Container(Value):
     """A value with parts.
 
     address     of the object that holds them
