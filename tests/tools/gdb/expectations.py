@@ -9,7 +9,9 @@ commands FILE stands for a file, the contents of which are taken for part of the
 
 Where the program is stripped its types are unknown, and only the commands `lv ...` are tried.
 
-usage, in gdb: python import expectations; expectations.main(SOURCE, IS_STRIPPED)
+In a page (.md), blocks marked as gdb show commands behind gdb's prompt, and what is answered.
+
+usage, in gdb: python import expectations; expectations.main(FILE, IS_STRIPPED)
 """
 
 import os
@@ -18,6 +20,8 @@ import tempfile
 
 import gdb
 
+PROMPT = "(gdb) "
+FENCE = "```"
 MARK = re.compile(r"\s*//([>=-]) (.*)")
 HISTORY = re.compile(r"^\$\d+ = ")
 ADDRESS = re.compile(r"0x[0-9a-f]{5,}")
@@ -51,6 +55,20 @@ def read_expectations(path):
     return result
 
 
+def read_page(path):
+    result = []
+    is_shown = False
+    with open(path, encoding="utf-8") as file:
+        for number, line in enumerate(file.read().splitlines(), 1):
+            if line.startswith(FENCE):
+                is_shown = line == FENCE + "gdb"
+            elif is_shown and line.startswith(PROMPT):
+                result.append(Expectation(number, line[len(PROMPT):]))
+            elif is_shown:
+                result[-1].answers["="].append(HISTORY.sub("", line))
+    return result
+
+
 def ask(command):
     """The lines that gdb answers."""
     with tempfile.TemporaryDirectory() as folder:
@@ -73,7 +91,8 @@ def hide(match):
 def check(path, is_stripped):
     """Returns how many expectations there are, and how many are not met."""
     tried = wrong = 0
-    for each in read_expectations(path):
+    read = read_page if path.endswith(".md") else read_expectations
+    for each in read(path):
         if is_stripped and not each.command.startswith("lv "):
             continue
         tried += 1

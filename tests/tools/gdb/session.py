@@ -1,11 +1,11 @@
-"""Runs a program under gdb up to stopHere(), and there a script.
+"""Runs a program under gdb up to stopHere(), or --stop, and there a script.
 
 usage: session.py --gdb GDB --library-path FOLDER --run PYTHON [options] PROGRAM
 
-The program is run natively; under an emulator that gdb is connected to, with --emulator; or not at all,
-if --core names a core file. A library in --library-path is used instead of
-the one that the program was linked with. The exit status is gdb's, with which PYTHON, whose modules stand beside
-this file, ends it; what keeps gdb from running the program is a failure.
+The program is run natively; with --emulator under that, to which gdb is connected; or not at all, if --core
+names a core file. The library is the one in --library-path, whichever the program was linked with. PYTHON,
+whose modules stand beside this file, ends gdb with an exit status, which is that of the whole; what keeps
+gdb from running the program is a failure.
 """
 
 import argparse
@@ -25,15 +25,16 @@ def parse_arguments():
     parser.add_argument("--run", required=True)
     parser.add_argument("--emulator", help="with its options, separated by blanks")
     parser.add_argument("--core")
+    parser.add_argument("--stop", default="stopHere", help="where the program is to stop")
     parser.add_argument("program")
     return parser.parse_args()
 
 
 def commands_to_stop(options, socket):
-    """What gdb does to have the program stand in stopHere()."""
+    """What gdb does to have the program stand there."""
     if options.core:
         return [f"core-file {options.core}"]
-    breakpoint_commands = ["set breakpoint pending off", "break stopHere"]
+    breakpoint_commands = ["set breakpoint pending off", f"break {options.stop}"]
     if options.emulator:
         sysroot = options.emulator.split()[-1]
         return [f"set sysroot {sysroot}", f"set solib-search-path {options.library_path}",

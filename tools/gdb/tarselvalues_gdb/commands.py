@@ -8,7 +8,7 @@ from .memory import Unreadable
 from .printers import read
 from .reader import Reader
 from .survey import StringTable, graph, statistics
-from .text import Text, part_limit, string_text
+from .text import Text, part_limit
 from .values import String
 
 MOST_IN_GRAPH = 5000
