@@ -22,6 +22,8 @@ packages_for_check=(
   g++
   g++-i686-linux-gnu
   gcovr
+  gdb
+  gdb-multiarch
   googletest
   graphviz
   groff-base

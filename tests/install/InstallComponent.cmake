@@ -10,7 +10,7 @@ execute_process(
 file(GLOB_RECURSE installed RELATIVE "${WORK}" "${WORK}/*")
 
 file(STRINGS "${CMAKE_CURRENT_LIST_DIR}/components/${COMPONENT}.txt" listed)
-foreach(setting LIBDIR VERSION VERSION_MAJOR BUILD_TYPE)
+foreach(setting LIBDIR FULL_LIBDIR VERSION VERSION_MAJOR BUILD_TYPE)
   list(TRANSFORM listed REPLACE "@${setting}@" "${${setting}}")
 endforeach()
 
