@@ -107,6 +107,11 @@ class Snippets(unittest.TestCase):
         self.expect_right("# Installing\n" + block("sh", "install it\n") + block("text", "done\n"))
         self.expect_right("# Else\n" + block("sh", "scripts/known  # Well.\nctest --preset x86_64\n"))
 
+    def test_sessions_are_repeated(self):
+        session = block("gdb", "(gdb) print x\n")
+        self.expect_right(session)
+        self.expect_wrong("nothing repeats this", session, name="docs/other.md")
+
     def test_commands_that_nothing_runs_are_refused(self):
         for command in ("install it", "scripts/unknown", "cmake --preset arm", "cmake --build ."):
             self.expect_wrong(f"nothing follows the section 'Else' and runs {command}",

@@ -17,6 +17,7 @@ of which a comment in front (.\\" cpp) tells the kind. Each must be of a kind th
          there, or cmake and ctest with a preset that is there;
   lv     in each line a value in the text format, with a remark two blanks behind it: lvtext prints it as
          it stands. In manual pages so is each tag (.It Li) that looks like a value;
+  gdb    a session, in a page that one of the files --followed-by names: those have gdb repeat it;
   (none) indented lines "$ ...": lvtext is run, in the folder given as root, and must print what follows:
          its standard output, then its standard error.
 
@@ -141,7 +142,7 @@ class Checker:
         if not is_closed:
             self.faults.append(f"{path}: a block is not closed")
         ways = {"cpp": self.check_program, "text": self.check_output, "cmake": self.check_file,
-                "sh": self.check_commands, "lv": self.check_values, CONSOLE: self.check_console}
+                "sh": self.check_commands, "lv": self.check_values, "gdb": self.check_session, CONSOLE: self.check_console}
         for block in blocks:
             way = ways.get(block.kind)
             if way:
@@ -190,6 +191,10 @@ class Checker:
         page = os.path.relpath(self.page, self.root)
         named = re.compile(f'["=]{re.escape(heading)}"')
         return any(page in text and named.search(text) for text in self.followers)
+
+    def check_session(self, block):
+        page = os.path.relpath(self.page, self.root)
+        self.judge(block, any(page in text for text in self.followers), "nothing repeats this")
 
     def is_of_this_house(self, line):
         words = shlex.split(line, comments=True)
