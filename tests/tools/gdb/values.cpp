@@ -223,7 +223,9 @@ class Point : public lvReferencable {
     static lvString const key("Point");
     return key;
   }
-  void weigh(lvArg& result, lvArg const& factor) { result.setInt(x.getInt() * factor.getInt()); }
+  void weigh(lvArg& result, lvArg const& factor) const {
+    result.setInt(x.getInt() * factor.getInt());
+  }
 
   lvArg x;
   lvArg y;
