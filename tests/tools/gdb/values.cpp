@@ -89,11 +89,11 @@ lvString bareWord("pump");
 //= pump
 
 //> lv strings pum
-//= 31 interned strings, longest chain 1
+//= 34 interned strings, longest chain 2
 //=      1 "pump"
 //=      2 "pump room"
 //> lv strings nobody's
-//= 31 interned strings, longest chain 1
+//= 34 interned strings, longest chain 2
 
 lvString noString;
 //> print noString
@@ -231,6 +231,15 @@ class Point : public lvReferencable {
   lvArg y;
 };
 
+class Point3 : public Point {
+ public:
+  lvString const& getClassDesc() const override {
+    static lvString const key("Point3");
+    return key;
+  }
+  lvArg z;
+};
+
 class Valve {
  public:
   virtual ~Valve() = default;
@@ -306,13 +315,23 @@ lvClass described(lvArg::NilValue);
 //> lv print &described
 //= <class Point: Fields x, y; Methods2 weigh>
 
+lvClass describedHigher(lvArg::NilValue);
+//> print describedHigher
+//= <class Point3 (Point): Fields x, y, z; Methods2 weigh>
+
+lvArg higher;
+//> print higher
+//= Point3 = {x = 1, y = 2, z = 3}
+//> lv print &higher
+//= *Point3{1,2,3}
+
 lvVector classes(1);
 //> lv print &classes
 //= {<class Point>}
 
 lvtClassRegistry* registry;
 //> with print elements 6 -- print *registry
-//= tuple set of 9 = {["Class"] = <class Class>, ["DLList"] = <class DLList>, ["HashMa"...] = <class HashMap>...}
+//= tuple set of 10 = {["Class"] = <class Class>, ["DLList"] = <class DLList>, ["HashMa"...] = <class HashMap>...}
 
 // ---- Sinks and sources -------------------------------------------------------------------------
 
@@ -336,6 +355,30 @@ lvtStringArgSource parser("12 x,word,{2,3}", -1);
 lvtStringArgSource noSource;
 //> print noSource
 //= <text parser without a text>
+
+// ---- What is no value ---------------------------------------------------------------------------
+
+lvMapEnumerator cursor(*hashMap.getMap());
+//> lv print cursor
+//= <no object at ADDRESS>
+//- 'cursor' has unknown type; cast it to its declared type
+//> lv print *cursor.cursor
+//= <lvrHashMap::RealEnumerator at ADDRESS>
+//- 'cursor' has unknown type; cast it to its declared type
+
+double ratio = 0.5;
+//> lv print ratio
+//= This is neither a value of the library nor an address.
+//- 'ratio' has unknown type; cast it to its declared type
+//> lv print nobody
+//= No symbol "nobody" in current context.
+//- No symbol table is loaded.  Use the "file" command.
+//> lv print
+//= An expression is expected.
+//> lv print -elements many list
+//= A number is expected, not many.
+//> lv graph &list /no/such/folder/file
+//= [Errno 2] No such file or directory: '/no/such/folder/file'
 
 // ---- Shared, and in circles --------------------------------------------------------------------
 
@@ -425,7 +468,7 @@ lvArg negativeSet;
 
 lvArg lostSet;
 //> print lostSet
-//= tuple set of 3 = {[<unreadable 0x10>] = <unreadable [0x18|0x20]>, [<unreadable [0x20|0x30]>] = <unreadable [0x28|0x40]>, [<unreadable [0x30|0x50]>] = <unreadable [0x38|0x60]>}
+//= tuple set of 3 = {[...] = <unreadable 0x10>}
 
 lvHashMap loopedMap(1);
 //> print loopedMap
@@ -446,6 +489,10 @@ lvArg loopedList;
 lvArg endlessList;
 //> with print elements 3 -- print endlessList
 //= linked list of 2147483647 = {1, 1, 1...}
+
+lvClass ownBase(lvArg::NilValue);
+//> print ownBase
+//= <class Snake (Snake)>
 
 lvClass lostClass(lvArg::NilValue);
 //> print lostClass
@@ -533,12 +580,19 @@ void fillObjects() {
   points.method<lvrClass::Methods2>("weigh", &Point::weigh).registerClass();
   lvClassBuilder<Gauge>("pressure gauge").field("level", &Gauge::level).registerClass();
   registry = lvtClassRegistry::getInstance();
+  lvClassBuilder<Point3>("Point3", points).field("z", &Point3::z).registerClass();
+  describedHigher = lvClass(registry->getClass(lvString("Point3")));
   described = lvClass(registry->getClass(lvString("Point")));
   classes->insert(described, -1);
   auto& shown = *new Point;
   shown.x = number(3);
   shown.y = lvString("deep");
   point = shown;
+  auto& raised = *new Point3;
+  raised.x = number(1);
+  raised.y = number(2);
+  raised.z = number(3);
+  higher = raised;
   auto& controlled = *new Controlled;
   controlled.x = number(5);
   derived = controlled;
@@ -629,6 +683,8 @@ void damageChains() {
     overwrite(first, offsetof(lvrDLList::lvrDLListNode, next), first);
   }
   overwrite(&objectIn(endlessList), List::countOffset, std::int32_t{0x7fffffff});
+  ownBase = lvClass(1, lvString("Snake"), nullptr);
+  ownBase->setSuperClass(ownBase);
   lostClass = lvClass(1, lvString("Lost"), nullptr);
   overwrite(lostClass.getReferencable(), Class::reflectionOffset, std::uintptr_t{0x10});
 }

@@ -4,9 +4,12 @@ Everything is read from memory, by the layout that docs/memory-layout.md describ
 program is called. So it works on core files too, and without the library's debug information.
 
     memory    the program's memory
+    limits    what ends all loops
     layout    where the fields of the library's classes lie
     classes   what class of object is at an address
     values    what cells and objects hold
+    reader    makes them
+    streams   the text writer and the text parser
     registry  the registered classes, by which objects of the program's classes are read
     text      values as text
     survey    walks over a whole value: counts, graphs, the table of interned strings

@@ -6,6 +6,7 @@ import re
 
 import gdb
 
+from . import limits
 from .memory import Unreadable
 
 # In the order in which the compilers lay them out: type information is its own virtual table, then
@@ -14,11 +15,6 @@ SINGLE_BASE = "N10__cxxabiv120__si_class_type_infoE"
 SEVERAL_BASES = "N10__cxxabiv121__vmi_class_type_infoE"
 VIRTUAL_BASE = 1
 OFFSET_SHIFT = 8
-
-# No name is longer, no class has more bases, and none is derived further.
-MOST_NAME = 512
-MOST_BASES = 16
-MOST_DERIVED = 16
 
 MANGLED = re.compile(rb"\*?[0-9NSt][0-9A-Za-z_.$]+")  # A "*" before names of one file's classes.
 VTABLE_SYMBOL = re.compile(r"vtable for (.+?)(?: \+ (\d+))? in section ")
@@ -91,7 +87,7 @@ class Classes:
     def _walk(self, information, place, depth):
         """Yields (name, place) of a class and its bases, the class itself first."""
         name = self._name_of(information)
-        if name is None or depth == MOST_DERIVED:
+        if name is None or depth == limits.BASES:
             return
         yield demangle(name), place
         for base, base_place in self._bases_of(information):
@@ -99,7 +95,7 @@ class Classes:
 
     def _name_of(self, information):
         memory = self._memory
-        name = memory.text(memory.pointer(information + memory.word), MOST_NAME)
+        name = memory.text(memory.pointer(information + memory.word), limits.NAME)
         return name.decode().lstrip("*") if MANGLED.fullmatch(name) else None
 
     def _bases_of(self, information):
@@ -111,7 +107,7 @@ class Classes:
             yield memory.pointer(bases), 0
         elif kind == SEVERAL_BASES:
             count = memory.unsigned(bases + 4, 4)
-            for i in range(min(count, MOST_BASES)):
+            for i in range(min(count, limits.BASES)):
                 base = bases + 8 + 2 * word * i
                 flags = memory.signed(base + word, word)
                 if not flags & VIRTUAL_BASE:

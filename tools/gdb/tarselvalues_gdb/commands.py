@@ -11,8 +11,6 @@ from .survey import StringTable, graph, statistics
 from .text import Text, part_limit
 from .values import String
 
-MOST_IN_GRAPH = 5000
-
 
 def evaluate(expression):
     """The value that an expression of the program's language means: a cell, an object, or the
@@ -135,7 +133,7 @@ Containers and objects are boxes, a shared one is one box, and references that c
         root = evaluate(expression)
         try:
             with open(os.path.expanduser(path), "w", encoding="utf-8") as file:
-                file.writelines(line + "\n" for line in graph(root, MOST_IN_GRAPH))
+                file.writelines(line + "\n" for line in graph(root))
         except OSError as error:
             raise gdb.GdbError(str(error)) from error
 

@@ -6,12 +6,11 @@ import re
 import gdb
 import gdb.printing
 
+from . import limits
 from .memory import Unreadable
 from .reader import Reader
 from .text import Text
 from .values import Atom, Container
-
-SMALL = 200  # values
 
 CELLS = ("lvArg", "lvString", "lvValue", "lvClass", "lvHashMap", "lvVector", "lvSortedList")
 OBJECTS = ("lvReferencable", "lvrString", "lvString::StringEntry", "lvrHashMap", "lvrTupleSet",
@@ -20,30 +19,38 @@ OBJECTS = ("lvReferencable", "lvrString", "lvString::StringEntry", "lvrHashMap",
            "lvtClassRegistry", "lvArgDest", "lvArgSource", "lvtStringArgDest",
            "lvtStringArgSource")
 
-
-NUMBERS = (gdb.TYPE_CODE_PTR, gdb.TYPE_CODE_INT, gdb.TYPE_CODE_ENUM, gdb.TYPE_CODE_CHAR)
+REFERENCES = (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF)
+ADDRESSES = (gdb.TYPE_CODE_PTR, gdb.TYPE_CODE_INT, gdb.TYPE_CODE_ENUM, gdb.TYPE_CODE_CHAR)
 
 
 def read(value):
-    """What a gdb.Value holds: one of a class of the library, or a pointer to one, or an address."""
+    """What a gdb.Value holds: a cell, an object, or the address of either."""
     kind = value.type.strip_typedefs()
-    if kind.code in (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF):
+    if kind.code in REFERENCES:
         value = value.referenced_value()
-        kind = value.type.strip_typedefs()
+    elif kind.code == gdb.TYPE_CODE_PTR and is_class(kind.target()):
+        value = value.dereference()
+    kind = value.type.strip_typedefs()
     reader = Reader()
-    if kind.code in NUMBERS:
+    if kind.code in ADDRESSES:
         return reader.at(int(value) % (1 << 8 * reader.memory.word))
+    if not is_class(kind):
+        raise gdb.GdbError("This is neither a value of the library nor an address.")
     if value.address is None:
         return reader.content(int(value["tagWord_"]), int(value["payload_"]))
-    is_cell = any(base.name in CELLS for base in with_bases(kind))
     address = int(value.address)
-    return reader.cell(address) if is_cell else reader.at(address)
+    is_cell = any(base.name in CELLS for base in with_bases(kind))
+    return reader.cell(address) if is_cell else reader.object(address)
+
+
+def is_class(kind):
+    return kind.strip_typedefs().code == gdb.TYPE_CODE_STRUCT
 
 
 def with_bases(kind):
     """The type of a value, and the classes that it is derived from."""
     yield kind
-    for field in kind.fields() if kind.code == gdb.TYPE_CODE_STRUCT else ():
+    for field in kind.fields() if is_class(kind) else ():
         if field.is_base_class:
             yield from with_bases(field.type.strip_typedefs())
 
@@ -94,7 +101,7 @@ class ContainerPrinter:
 
 def is_small(container):
     """Whether all that is in it, however deep, is not too much to be printed part by part."""
-    left = SMALL
+    left = limits.SMALL
     pending = [container]
     while pending:
         for part in pending.pop().parts():

@@ -44,6 +44,14 @@ class Reader:
         except Unreadable as unreadable:
             return Atom(str(unreadable))
 
+    def object(self, address):
+        """The object there, or of which a part is there."""
+        try:
+            found = self.classes.find(address)
+            return self._object(found) if found else Atom(f"<no object at {address:#x}>")
+        except Unreadable as unreadable:
+            return Atom(str(unreadable))
+
     def cell(self, address):
         """What the cell there holds."""
         try:

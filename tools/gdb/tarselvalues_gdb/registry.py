@@ -4,13 +4,10 @@ import re
 
 import gdb
 
-from . import layout
+from . import layout, limits
 from .classes import symbol_at
 from .memory import Unreadable
-from .values import Atom, Container, String
-
-MOST_NAME = 512
-MOST_CLASSES = 1 << 16
+from .values import Atom, Container, String, shown
 
 REGISTRY = "lvtClassRegistry"
 TABLE = "lvrClass::GenericMemberOffsetTable"
@@ -27,8 +24,8 @@ class Description:
     def __init__(self, reader, address):
         self._reader = reader
         self._address = address
-        self.name = text_of(self._cell("className_")) or "?"
-        self.superclass = self._cell("superClass_")
+        self.name_bytes = text_of(self._cell("className_")) or b"?"
+        self.name = shown(self.name_bytes)
 
     def _cell(self, field):
         offset = self._reader.layout["lvrClass"].fields[field].offset
@@ -61,18 +58,20 @@ class Description:
         result = {}
         for part in names.parts() if isinstance(names, Container) else ():
             if len(part.values) == 2 and getattr(part.values[1], "shown", "").isdigit():
-                result[int(part.values[1].shown)] = text_of(part.values[0]) or "?"
+                result[int(part.values[1].shown)] = shown(text_of(part.values[0]) or b"?")
         return result
 
-    def list_tables(self):
-        """The names in each table that has any."""
+    def summary(self):
+        """Name, superclass, and the names in each table that has any."""
+        base = self._cell("superClass_")
+        of_base = f" ({base.description.name})" if isinstance(base, Described) else ""
         tables = []
         for i, kind in enumerate(layout.TABLES):
             table = self._table(i)
             names = self._names(table) if table else {}
             if names:
                 tables.append(f"{kind} {', '.join(names[i] for i in sorted(names))}")
-        return (": " if tables else "") + "; ".join(tables)
+        return self.name + of_base + (": " if tables else "") + "; ".join(tables)
 
     def constructor(self):
         """What gdb's symbols call the function that makes an object of the class."""
@@ -88,15 +87,16 @@ class Described(Atom):
         super().__init__(f"<class {self.description.name}>")
 
     def summary(self):
-        """The class with the names in its tables."""
+        """All about the class."""
         try:
-            return f"<class {self.description.name}{self.description.list_tables()}>"
+            return f"<class {self.description.summary()}>"
         except Unreadable as unreadable:
             return f"<class {self.description.name}: {unreadable}>"
 
 
 def text_of(value):
-    return value.read(MOST_NAME)[0].decode("latin-1") if isinstance(value, String) else None
+    """The bytes of a name; None if it is none."""
+    return value.read(limits.NAME)[0] if isinstance(value, String) else None
 
 
 class Registry:
@@ -125,7 +125,7 @@ class Registry:
         for description in descriptions:
             if description.constructor().startswith(makers):
                 return description
-        plain = re.sub(r".*::", "", re.sub(r"<.*", "", name))
+        plain = name.split("<")[0].rpartition("::")[2]
         return next((each for each in descriptions if each.name == plain), None)
 
     def _descriptions(self):

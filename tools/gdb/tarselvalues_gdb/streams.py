@@ -1,9 +1,8 @@
 """The text writer and the text parser: how far they are."""
 
+from . import limits
 from .memory import Unreadable
-from .values import Atom
-
-MOST_TEXT = 64
+from .values import Atom, shown
 
 
 def writer(reader, address):
@@ -33,8 +32,7 @@ def parser(reader, address):
 def some_text(reader, address, length):
     """The beginning of a text, as it stands."""
     try:
-        text = reader.memory.text(address, max(0, min(length, MOST_TEXT)))
+        text = reader.memory.text(address, max(0, min(length, limits.SHOWN_TEXT)))
     except Unreadable as unreadable:
         return str(unreadable)
-    shown = "".join(chr(byte) if 32 <= byte < 127 else f"%{byte:02X}" for byte in text)
-    return shown + ("..." if length > MOST_TEXT == len(text) else "")
+    return shown(text) + ("..." if length > limits.SHOWN_TEXT == len(text) else "")

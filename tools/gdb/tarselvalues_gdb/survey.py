@@ -2,13 +2,12 @@
 
 import collections
 
+from . import limits
 from .memory import Unreadable
 from .registry import address_of
 from .text import Text
 from .values import Container, String
 
-MOST_VALUES = 200000
-MOST_CHAINS = 1 << 16
 TABLE = "lvString::hashTable_"
 
 # A value that a walk comes by. `owner` is the container that it is in, None for the first; `label`
@@ -20,7 +19,7 @@ Visit = collections.namedtuple("Visit", "value owner label is_key depth is_known
 class Walk:
     """Comes by each value once, and by each part of an object once, however often it is shared."""
 
-    def __init__(self, root, most=MOST_VALUES):
+    def __init__(self, root, most):
         self._root = root
         self._left = most
         self._known = set()
@@ -66,7 +65,7 @@ def labelled(parts):
 
 def statistics(root):
     """Returns what is counted, and the counts; and whether that is all."""
-    walk = Walk(root)
+    walk = Walk(root, limits.VALUES)
     counts = dict.fromkeys(("values", "objects", "shared", "cycles", "depth", "bytes", "chain"), 0)
     shared = set()
     for visit in walk:
@@ -109,9 +108,9 @@ class StringTable:
         buckets = self._table + reader.layout["lvString::HashTable"].fields["buckets_"].offset
         seen = set()  # so that damaged chains end
         count = reader.field(self._table, "lvString::HashTable", "bucketCount_")
-        for entry in reader.memory.pointers(buckets, min(count, MOST_CHAINS)):
+        for entry in reader.memory.pointers(buckets, min(count, limits.CHAINS)):
             length = 0
-            while entry != 0 and entry not in seen and len(seen) < MOST_VALUES:
+            while entry != 0 and entry not in seen and len(seen) < limits.VALUES:
                 seen.add(entry)
                 yield reader.field(entry, "lvReferencable", "count_"), reader.at(entry)
                 length += 1
@@ -119,12 +118,12 @@ class StringTable:
             self.longest = max(self.longest, length)
 
 
-def graph(root, most_values):
+def graph(root):
     """Yields the lines of a graph in the language of Graphviz: objects with parts are boxes, in which
     their plain values stand; a reference back to what holds it is red."""
     boxes = {}   # by address: the lines in the box
     arrows = []
-    walk = Walk(root, most_values)
+    walk = Walk(root, limits.GRAPH)
     for visit in walk:
         if isinstance(visit.value, Container):
             boxes.setdefault(visit.value.address, [visit.value.summary()])

@@ -4,13 +4,10 @@ import re
 
 import gdb
 
+from . import limits
 from .memory import Unreadable
 from .registry import Described
 from .values import Atom, String
-
-# So deep, whatever the limits are: as much as Python's stack surely takes.
-MOST_DEPTH = 100
-MOST_PARTS = 100000
 
 WORD = re.compile(rb"[A-Za-z_][A-Za-z_0-9]*")
 ESCAPED = set(b'"%:') | set(range(32)) | {127}
@@ -24,7 +21,7 @@ def limit(parameter, most):
 
 def part_limit():
     """How many parts of values, and characters of a string, are shown."""
-    return limit("print elements", MOST_PARTS) or MOST_PARTS
+    return limit("print elements", limits.PARTS) or limits.PARTS
 
 
 def string_text(text, bare_words):
@@ -49,10 +46,10 @@ class Text:
     default; without, strings can be told from words that gdb says."""
 
     def __init__(self, most_parts=None, most_depth=None, bare_words=False):
-        self.left = part_limit() if most_parts is None else min(most_parts, MOST_PARTS)
+        self.left = part_limit() if most_parts is None else min(most_parts, limits.PARTS)
         self._most_characters = part_limit()
-        depth = limit("print max-depth", MOST_DEPTH) if most_depth is None else most_depth
-        self._most_depth = min(depth, MOST_DEPTH)
+        depth = limit("print max-depth", limits.DEPTH) if most_depth is None else most_depth
+        self._most_depth = min(depth, limits.DEPTH)
         self._bare_words = bare_words
 
     def of_whole(self, value):
@@ -65,7 +62,7 @@ class Text:
             return value.shown
         if isinstance(value, String):
             return self._of_string(value)
-        opening = f"*{self._class_name(value)}{{" if value.is_object else "{"
+        opening = f"*{string_text(value.class_name, True)}{{" if value.is_object else "{"
         if value.address in above:
             return f"<cycle: {len(above) - above.index(value.address)} up>"
         if len(above) >= self._most_depth:
@@ -82,9 +79,6 @@ class Text:
             self.left -= 1
             texts = [self.of(value, above) for value in part.values]
             yield f"({'='.join(texts)})" if len(texts) > 1 else texts[0]
-
-    def _class_name(self, value):
-        return string_text(value.noun.encode("latin-1"), True)
 
     def _of_string(self, value):
         try:

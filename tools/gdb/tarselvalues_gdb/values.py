@@ -6,15 +6,18 @@ nothing in the text format. No count that is read is trusted: whatever memory ho
 """
 
 import collections
+import itertools
 
-from . import layout
+from . import layout, limits
 from .memory import Unreadable
-
-MOST_BUCKETS = 1 << 20
-MOST_TEXT = 1 << 22
 
 # A part of a container: a value, or a key and a value; an object's have the field's name.
 Part = collections.namedtuple("Part", "name values")
+
+
+def shown(text):
+    """Bytes as they stand, but for what would disturb a terminal."""
+    return "".join(chr(byte) if 32 <= byte < 127 else f"%{byte:02X}" for byte in text)
 
 
 class Value:
@@ -26,8 +29,8 @@ class Value:
 class Atom(Value):
     """A value without parts."""
 
-    def __init__(self, shown):
-        self.shown = shown
+    def __init__(self, text):
+        self.shown = text
 
 
 class String(Value):
@@ -45,7 +48,7 @@ class String(Value):
 
     def read(self, most):
         """Returns up to so many bytes, and whether there are more. The text ends at its first NUL."""
-        length = MOST_TEXT if self._length == layout.UNCOUNTED_LENGTH else self._length
+        length = limits.TEXT if self._length == layout.UNCOUNTED_LENGTH else self._length
         text = self._memory.text(self._text, min(length, most + 1))
         return text[:most], len(text) > most
 
@@ -53,7 +56,7 @@ class String(Value):
         """How much memory it takes."""
         length = self._length
         if length == layout.UNCOUNTED_LENGTH:
-            length = len(self._memory.text(self._text, MOST_TEXT))
+            length = len(self._memory.text(self._text, limits.TEXT))
         return self._size + length + 1
 
 
@@ -82,7 +85,7 @@ class Container(Value):
     def parts(self):
         """Yields the parts that can be read; if these are not all, an Atom in the end says why."""
         try:
-            yield from self.read_parts()
+            yield from itertools.islice(self.read_parts(), limits.PARTS)
         except Unreadable as unreadable:
             yield Part(None, [Atom(str(unreadable))])
 
@@ -121,6 +124,7 @@ class Array(Container):
         cell = self.reader.layout["lvArg"].size
         for i in range(self.size):
             place = self._cells + cell * self._per_part * ((self._start + i) % self._room)
+            self.reader.memory.bytes(place, cell)  # Or else nothing behind it can be read either.
             yield Part(None, [self.reader.cell(place + cell * k) for k in range(self._per_part)])
 
     def count_bytes(self):
@@ -144,7 +148,11 @@ class Linked(Container):
             yield Part(None, [Atom(f"<{found} instead of {self.size}>")])
 
     def count_places(self):
-        return sum(1 for _ in zip(self.places(), range(self.size)))
+        return sum(1 for _ in itertools.islice(self.places(), self.limit()))
+
+    def limit(self):
+        """How many are counted."""
+        return max(0, min(self.size, limits.PARTS))
 
 
 class LinkedList(Linked):
@@ -181,7 +189,7 @@ class HashMap(Linked):
         """Yields each entry, with its number in its chain. Looks no further than for the number of
         entries that there should be, unless one chain goes on."""
         left = self.size
-        buckets = min(self._bucket_count, MOST_BUCKETS) if self._buckets != 0 and left > 0 else 0
+        buckets = min(self._bucket_count, limits.BUCKETS) if self._buckets != 0 and left > 0 else 0
         for entry in self.reader.memory.pointers(self._buckets, buckets):
             number = 0
             while entry != 0:
@@ -200,8 +208,8 @@ class HashMap(Linked):
         return [self.reader.cell(place + fields[name].offset) for name in ("key", "value")]
 
     def longest_chain(self):
-        numbered = zip(self._numbered_places(), range(self.size))
-        return max((number for (_, number), _ in numbered), default=0)
+        numbered = itertools.islice(self._numbered_places(), self.limit())
+        return max((number for _, number in numbered), default=0)
 
     def count_bytes(self):
         heads = self._bucket_count * self.reader.memory.word if self._buckets != 0 else 0
@@ -216,6 +224,7 @@ class Object(Container):
 
     def __init__(self, reader, address, description):
         super().__init__(reader, address, description.name, description.count_fields())
+        self.class_name = description.name_bytes
         self._description = description
 
     def summary(self):
