@@ -2,10 +2,10 @@
 
 usage: session.py --gdb GDB --library-path FOLDER --run PYTHON [options] PROGRAM
 
-The program is run natively; with --emulator under that, to which gdb is connected; or not at all, if --core
-names a core file. The library is the one in --library-path, whichever the program was linked with. PYTHON,
-whose modules stand beside this file, ends gdb with an exit status, which is that of the whole; what keeps
-gdb from running the program is a failure.
+The program is run natively; with --emulator under that, to which gdb is connected; or not at all, if
+--core names a core file. The library is the one in --library-path, whichever the program was linked
+with. PYTHON, whose modules stand beside this file, ends gdb with an exit status, which is that of the
+whole; what keeps gdb from running the program is a failure.
 """
 
 import argparse

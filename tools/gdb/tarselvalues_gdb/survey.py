@@ -23,15 +23,16 @@ class Walk:
         self._root = root
         self._left = most
         self._known = set()
-        self._above = []  # (container, its remaining parts)
+        self._around = []  # what is being walked: (container, its remaining parts),
+        self._inside = set()  # and the addresses of these
         self.is_cut = False
 
     def __iter__(self):
         yield self._visit(self._root, None, False)
-        while self._above:
-            following = next(self._above[-1][1], None)
+        while self._around:
+            following = next(self._around[-1][1], None)
             if following is None:
-                self._above.pop()
+                self._inside.remove(self._around.pop()[0].address)
             elif self._left == 0:
                 self.is_cut = True
                 return
@@ -41,13 +42,14 @@ class Walk:
 
     def _visit(self, value, label, is_key):
         address = getattr(value, "address", None)
-        around = [container for container, _ in self._above]
-        visit = Visit(value, around[-1] if around else None, label, is_key, len(around),
-                      address in self._known, any(each.address == address for each in around))
+        owner = self._around[-1][0] if self._around else None
+        visit = Visit(value, owner, label, is_key, len(self._around), address in self._known,
+                      address in self._inside)
         if address is not None:
             self._known.add(address)
         if isinstance(value, Container) and not visit.is_known:
-            self._above.append((value, labelled(value.parts())))
+            self._around.append((value, labelled(value.parts())))
+            self._inside.add(address)
         return visit
 
 
