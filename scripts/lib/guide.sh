@@ -16,10 +16,11 @@ make_program() {
   mkdir "$2" && cp "$1"/tests/install/{consumer/*,device.cmake} "$2"
 }
 
-# follow ROOT FOLDER SECTION: of the page, in a folder below /root.
+# follow ROOT FOLDER SECTION: of the page, in a folder below /root. What gdb's Python compiles beside its
+# own files would be taken for something that is left behind.
 follow() {
   run_inside "$1" "
-    export DEBIAN_FRONTEND=noninteractive
+    export DEBIAN_FRONTEND=noninteractive PYTHONDONTWRITEBYTECODE=1
     cd '$2'
     python3 -B ../guide/journey.py ../guide/install.md '$3'"
 }
