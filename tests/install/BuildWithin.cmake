@@ -14,7 +14,8 @@ execute_process(
 if(NOT EXISTS "${WORK}/installed/${LIBDIR}/libtarselvalues-mt.so.${VERSION_MAJOR}")
   message(SEND_ERROR "the library is not installed with the program")
 endif()
-file(GLOB_RECURSE documents RELATIVE "${WORK}/installed" "${WORK}/installed/share/*")
+file(GLOB_RECURSE documents RELATIVE "${WORK}/installed" "${WORK}/installed/share/doc/*"
+  "${WORK}/installed/share/man/*")
 if(documents)
   message(SEND_ERROR "installed among the program's own documents: ${documents}")
 endif()
