@@ -138,7 +138,7 @@ class TARSELVALUES_API lvtStringArgDest : public lvArgDest {
     flags_ = static_cast<std::uint16_t>(on ? flags_ | unsigned{flag} : flags_ & ~unsigned{flag});
   }
   bool isInTuple() const { return depth_ > 0 && ((levelKinds_ >> (depth_ - 1)) & 1U) != 0; }
-  int refuse();
+  TARSELVALUES_INTERNAL int refuse();
   int roomBeforeNul() const { return capacity_ - length_ - 1; }
   void append(char c) { buffer_[length_++] = c; }
   void separate();

@@ -192,6 +192,24 @@ TEST(ValueWalk, WhatHoldsNothingIsNotLeft) {
             "1 element 1 '<no text>' of <tag 25>\nend 0 root 0 <tag 25>\n");
 }
 
+TEST(ValueWalk, AContainerThatGivesNoCursorHoldsNothing) {
+  class Cursorless : public test::PairMap {
+   public:
+    Cursorless() : PairMap({{integer(1), integer(2)}}) {}
+    lviRealMapEnumerator* getEnumerator() const override { return nullptr; }
+  };
+  EXPECT_EQ(account(*new Cursorless), "0 root 0 <tag 24>\nend 0 root 0 <tag 24>\n");
+  class CursorlessList : public lvrDLList {
+   public:
+    lviRealListEnumerator* getListEnumerator() const override { return nullptr; }
+  };
+  auto* const list = new CursorlessList;
+  lvArg const cell(*list);
+  list->insert(integer(1), -1);
+  EXPECT_EQ(account(cell), "0 root 0 <tag 25>\nend 0 root 0 <tag 25>\n");
+  EXPECT_FALSE(lvItems(cell).begin() != lvItems::End());
+}
+
 TEST(ValueWalk, AnEmptyContainerIsEnteredAndLeft) {
   EXPECT_EQ(account(vectorOf({})), "0 root 0 <tag 25>\nend 0 root 0 <tag 25>\n");
   EXPECT_EQ(account(mapOf({})), "0 root 0 <tag 24>\nend 0 root 0 <tag 24>\n");
