@@ -36,19 +36,29 @@ struct Part {
 // What holds parts. Each steps to the next part; false when there is none. The level that has it
 // holds the container.
 
-struct VectorParts {
-  lvrVector const* vector;
+lvArg partAt(lvrVector const& vector, int index) { return vector.at(index); }
+lvArg partAt(lviSortedList const& list, int index) { return list.get(index); }
+lvArg partAt(lviStack const& stack, int index) { return stack.peek(index); }
+
+// Of a container that tells each part by its position.
+template <class Container>
+struct PartsByPosition {
+  Container const* container;
   int next = 0;
 
   bool step(Part& part) {
-    if (next >= vector->getSize()) {
+    if (next >= container->getSize()) {
       return false;
     }
     part.index = next;
-    part.value = vector->at(next++);
+    part.value = partAt(*container, next++);
     return true;
   }
 };
+
+using VectorParts = PartsByPosition<lvrVector>;
+using SortedListParts = PartsByPosition<lviSortedList>;
+using StackParts = PartsByPosition<lviStack>;
 
 struct ListParts {
   std::unique_ptr<lviRealListEnumerator> cursor;
@@ -60,34 +70,6 @@ struct ListParts {
     }
     part.index = next++;
     part.value = cursor->getValue();
-    return true;
-  }
-};
-
-struct SortedListParts {
-  lviSortedList const* list;
-  int next = 0;
-
-  bool step(Part& part) {
-    if (next >= list->getSize()) {
-      return false;
-    }
-    part.index = next;
-    part.value = list->get(next++);
-    return true;
-  }
-};
-
-struct StackParts {
-  lviStack const* stack;
-  int next = 0;
-
-  bool step(Part& part) {
-    if (next >= stack->getSize()) {
-      return false;
-    }
-    part.index = next;
-    part.value = stack->peek(next++);
     return true;
   }
 };
