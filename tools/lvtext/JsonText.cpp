@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -16,8 +19,25 @@ constexpr int OneLine = -1;
 
 constexpr char ByteOrderMark[] = "\xEF\xBB\xBF";
 
+// What the parser keeps of numbers that are no integers. It refuses a number that this cannot hold, as
+// a double cannot hold 1e400. Here only counts what was written, so all of them read as 0.
+class AnyNumber {
+ public:
+  AnyNumber() = default;
+  // What the parser does with a double: sets it, has strtod() write into it, and reads it.
+  constexpr AnyNumber(double value) : written_(value) {}  // NOLINT(google-explicit-constructor)
+  operator double&() { return written_; }                 // NOLINT(google-explicit-constructor)
+  operator double() const { return 0; }                   // NOLINT(google-explicit-constructor)
+
+ private:
+  double written_;
+};
+
+using AnyJson = nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t,
+                                     std::uint64_t, AnyNumber>;
+
 // Hands on what the parser tells, and finds out where it stands, which the parser does not say.
-class PieceReader : public nlohmann::json_sax<json> {
+class PieceReader : public nlohmann::json_sax<AnyJson> {
  public:
   PieceReader(std::string const& text, std::size_t from,
               std::function<void(JsonPiece&&)> const& take)
@@ -27,9 +47,11 @@ class PieceReader : public nlohmann::json_sax<json> {
   bool boolean(bool value) override { return hand(value ? JsonPiece::True : JsonPiece::False); }
   bool number_integer(std::int64_t /*value*/) override { return handNumber(); }
   bool number_unsigned(std::uint64_t /*value*/) override { return handNumber(); }
-  bool number_float(double /*value*/, std::string const& /*text*/) override { return handNumber(); }
+  bool number_float(AnyNumber /*value*/, std::string const& /*text*/) override {
+    return handNumber();
+  }
   bool string(std::string& value) override { return hand(JsonPiece::String, std::move(value)); }
-  bool binary(json::binary_t& /*value*/) override { return false; }
+  bool binary(AnyJson::binary_t& /*value*/) override { return false; }
   bool start_object(std::size_t /*size*/) override { return hand(JsonPiece::BeginObject); }
   bool key(std::string& value) override { return hand(JsonPiece::Name, std::move(value)); }
   bool end_object() override { return hand(JsonPiece::EndObject); }
@@ -37,7 +59,7 @@ class PieceReader : public nlohmann::json_sax<json> {
   bool end_array() override { return hand(JsonPiece::EndArray); }
 
   bool parse_error(std::size_t position, std::string const& /*token*/,
-                   json::exception const& error) override {
+                   AnyJson::exception const& error) override {
     // "[NUMBER] parse error at line L, column C: REASON"
     std::string const message = error.what();
     std::size_t const column = message.find("column ");
@@ -98,7 +120,8 @@ std::size_t readJson(std::string const& text, std::size_t from,
                      std::function<void(JsonPiece&&)> const& take) {
   PieceReader reader(text, from, take);
   char const* const begin = text.data() + from;
-  json::sax_parse(begin, text.data() + text.size(), &reader, json::input_format_t::json, ToTheEnd);
+  AnyJson::sax_parse(begin, text.data() + text.size(), &reader, AnyJson::input_format_t::json,
+                     ToTheEnd);
   return reader.end();
 }
 
