@@ -55,6 +55,23 @@ TEST(LvtextGraph, DrawsAValueWithoutABoxByItself) {
   EXPECT_THAT(dotGraph({lvToCell(5)}), HasSubstr("  atom [label=<5>];\n"));
 }
 
+TEST(LvtextGraph, HasReplacementsForCharactersThatXmlLacks) {
+  EXPECT_THAT(dotGraph({lvToCell("a\xEF\xBF\xBE\xEF\xBF\xBF\xEF\xBF\xBC\xFFz")}),
+              HasSubstr("<\"a\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBC\xEF\xBF\xBDz\">"));
+}
+
+class OddlyNamed : public lvReferencable {
+ public:
+  lvString const& getClassDesc() const override { return name_; }
+
+ private:
+  lvString name_{"a\x01<b"};
+};
+
+TEST(LvtextGraph, NamesClassesAsTextDoes) {
+  EXPECT_THAT(dotGraph({lvArg(*new OddlyNamed)}), HasSubstr("<B>empty *\"a%01&lt;b\"</B>"));
+}
+
 TEST(LvtextGraph, DrawsObjectsWithoutAClassAsEmptyBoxes) {
   lvArg const unknown(*new lvrCommonSerializer);
   EXPECT_THAT(dotGraph({unknown, lvListOf(unknown)}),

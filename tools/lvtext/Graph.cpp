@@ -1,6 +1,5 @@
 #include "Graph.h"
 
-#include <tarselvalues/core/lvRead.h>
 #include <tarselvalues/reflect/lvWalk.h>
 
 #include <algorithm>
@@ -18,11 +17,26 @@ namespace {
 // Longer texts are cut.
 constexpr std::size_t MaxColumns = 40;
 
+// The text as UTF-8, with U+FFFD for the two characters, U+FFFE and U+FFFF, that XML lacks. dot reads
+// labels as XML. Of control characters it lacks nearly all, but values have them escaped.
+std::string asXml(std::string const& text) {
+  constexpr char Begin[] = "\xEF\xBF";
+  constexpr unsigned char FirstLacking = 0xBE;
+  std::string result = asUtf8(text);
+  for (std::size_t at = result.find(Begin); at != std::string::npos; at = result.find(Begin, at)) {
+    at += 2;
+    if (static_cast<unsigned char>(result[at]) >= FirstLacking) {
+      result[at] = '\xBD';
+    }
+  }
+  return result;
+}
+
 // The text as DOT takes it in a label, cut if it is long.
 std::string labelOf(std::string const& text) {
   std::string label;
   std::size_t columns = 0;
-  for (char const c : asUtf8(text)) {
+  for (char const c : asXml(text)) {
     columns += isContinuation(c) ? 0 : 1;
     if (columns > MaxColumns) {
       return label + "...";
@@ -74,6 +88,10 @@ std::string nameOf(lvWalkPlace const& place) {
   }
 }
 
+std::string titleOfObject(lvArg const& className) {
+  return "*" + labelOf(className.isNil() ? "object" : valueText(className));
+}
+
 std::string titleOf(lvArg const& value) {
   switch (value.getType()) {
     case lvArg::MapType:
@@ -81,7 +99,7 @@ std::string titleOf(lvArg const& value) {
     case lvArg::ListType:
       return "list";
     default:
-      return "*" + labelOf(lvReadText(value.getReferencable()->getClassDesc(), "object"));
+      return titleOfObject(value.getReferencable()->getClassDesc());
   }
 }
 
