@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Files.h"
 #include "TextClass.h"
 #include "Verbs.h"
 
@@ -51,13 +52,13 @@ class CommandLine {
 
   int run(int count, char const* const* arguments) {
     try {
-      app_.parse(count, arguments);
+      if (!parse(count, arguments)) {
+        return Success;
+      }
       for (std::string const& declaration : given_.classes) {
         declareClass(declaration);
       }
       return verb_();
-    } catch (CLI::Success const& request) {
-      return app_.exit(request, std::cout);
     } catch (CLI::ParseError const& error) {
       std::fprintf(stderr, "lvtext: %s\n`lvtext --help` tells how it is used.\n", error.what());
       return Failure;
@@ -68,6 +69,18 @@ class CommandLine {
   }
 
  private:
+  // Whether there is a verb to run. There is none when help was asked for, which is given then.
+  bool parse(int count, char const* const* arguments) {
+    try {
+      app_.parse(count, arguments);
+      return true;
+    } catch (CLI::Success const& request) {
+      app_.exit(request, std::cout);
+      flushOut();
+      return false;
+    }
+  }
+
   CLI::App* add(char const* name, char const* description, std::function<int()> verb) {
     CLI::App* const command = app_.add_subcommand(name, description);
     command->callback([this, verb = std::move(verb)] { verb_ = verb; });

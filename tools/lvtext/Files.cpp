@@ -33,7 +33,7 @@ std::string readAll(std::FILE* stream, std::string const& name) {
 
 std::string readFile(std::string const& name) {
   if (name == "-") {
-    return readAll(stdin, name);
+    return readAll(stdin, nameInReports(name));
   }
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> const stream(std::fopen(name.c_str(), "rb"),
                                                                std::fclose);
