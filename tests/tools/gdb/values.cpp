@@ -377,7 +377,9 @@ double ratio = 0.5;
 //> lv print -elements many list
 //= A number is expected, not many.
 //> lv graph &list /no/such/folder/file
-//= [Errno 2] No such file or directory: '/no/such/folder/file'
+//= /no/such/folder/file: No such file or directory.
+//> lv graph list
+//= An expression and a file are expected.
 
 // ---- Shared, and in circles --------------------------------------------------------------------
 

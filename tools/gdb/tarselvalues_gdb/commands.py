@@ -130,12 +130,14 @@ Containers and objects are boxes, a shared one is one box, and references that c
 
     def invoke(self, argument, from_tty):
         expression, _, path = argument.strip().rpartition(" ")
+        if not expression:
+            raise gdb.GdbError("An expression and a file are expected.")
         root = evaluate(expression)
         try:
             with open(os.path.expanduser(path), "w", encoding="utf-8") as file:
                 file.writelines(line + "\n" for line in graph(root))
         except OSError as error:
-            raise gdb.GdbError(str(error)) from error
+            raise gdb.GdbError(f"{path}: {error.strerror}.") from error
 
 
 def register():
