@@ -326,10 +326,10 @@ std::string CheckedSource::refuseFrame(lvArg const& kind) const {
   if (frame == ObjectFrame) {
     lvClass const described(lvtClassRegistry::getInstance()->getClass(kind));
     if (described.isNil()) {
-      return "class '" + textOf(kind) + "' is not known; the object is skipped";
+      return "class '" + shown(textOf(kind)) + "' is not known; the object is skipped";
     }
     if (described->getNItems(lvrClass::Fields) == 0) {
-      return "class '" + textOf(kind) + "' has no fields; the object is skipped";
+      return "class '" + shown(textOf(kind)) + "' has no fields; the object is skipped";
     }
   }
   if ((frame == lvArgDest::TupleFrame) != inFrame(lvArgDest::MapFrame)) {
