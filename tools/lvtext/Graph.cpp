@@ -20,12 +20,12 @@ constexpr std::size_t MaxColumns = 40;
 // The text as UTF-8, with U+FFFD for the two characters, U+FFFE and U+FFFF, that XML lacks. dot reads
 // labels as XML. Of control characters it lacks nearly all, but values have them escaped.
 std::string asXml(std::string const& text) {
-  constexpr char Begin[] = "\xEF\xBF";
-  constexpr unsigned char FirstLacking = 0xBE;
+  constexpr char begin[] = "\xEF\xBF";
+  constexpr unsigned char firstLacking = 0xBE;
   std::string result = asUtf8(text);
-  for (std::size_t at = result.find(Begin); at != std::string::npos; at = result.find(Begin, at)) {
+  for (std::size_t at = result.find(begin); at != std::string::npos; at = result.find(begin, at)) {
     at += 2;
-    if (static_cast<unsigned char>(result[at]) >= FirstLacking) {
+    if (static_cast<unsigned char>(result[at]) >= firstLacking) {
       result[at] = '\xBD';
     }
   }
