@@ -139,6 +139,10 @@ lvVector list(4);
 //= {42,"a b",#nil,{...}}
 //> lv print -elements 2 &list
 //= {42,"a b",...}
+//> lv print -elements 0 &list
+//= {42,"a b",#nil,{7}}
+//> lv print -elements unlimited -max-depth unlimited &list
+//= {42,"a b",#nil,{7}}
 //> lv stats &list
 //= values   6
 //= objects  3

@@ -1,6 +1,7 @@
 """The commands `lv ...`."""
 
 import os
+import sys
 
 import gdb
 
@@ -37,7 +38,8 @@ Usage: lv print [-elements NUMBER] [-max-depth NUMBER] EXPRESSION
 EXPRESSION is a value of a type of the library, or the address of a cell or an object.
 What the text format has is written as the library writes it. Where it has nothing, < and > tell what
 there is instead; {...} is deeper than the limit of the depth, and ... stands for what is beyond the
-limit of the elements, which counts all that are shown. The limits are those of "print", if not given."""
+limit of the elements, which counts all that are shown. The limits are those of "print", if not given;
+NUMBER may be "unlimited", which 0 elements are as well, as for "print"."""
 
     OPTIONS = {"-elements": "most_parts", "-max-depth": "most_depth"}
 
@@ -55,6 +57,8 @@ limit of the elements, which counts all that are shown. The limits are those of 
 
 
 def number_in(word):
+    if word == "unlimited":
+        return sys.maxsize
     if not word.isdigit():
         raise gdb.GdbError(f"A number is expected, not {word}.")
     return int(word)

@@ -46,7 +46,7 @@ class Text:
     default; without, strings can be told from words that gdb says."""
 
     def __init__(self, most_parts=None, most_depth=None, bare_words=False):
-        self.left = part_limit() if most_parts is None else min(most_parts, limits.PARTS)
+        self.left = part_limit() if most_parts is None else min(most_parts or limits.PARTS, limits.PARTS)
         self._most_characters = part_limit()
         depth = limit("print max-depth", limits.DEPTH) if most_depth is None else most_depth
         self._most_depth = min(depth, limits.DEPTH)
