@@ -57,7 +57,8 @@ std::string Problems::place(std::size_t offset) const {
 
 void Problems::showSource(std::size_t offset) const {
   std::size_t const begin = lineStarts_[lineOf(offset)];
-  std::size_t const end = std::min(text_.find('\n', begin), text_.size());
+  std::size_t end = std::min(text_.find('\n', begin), text_.size());
+  end -= end > begin && text_[end - 1] == '\r' ? 1 : 0;
   std::size_t from = offset - begin > ShownBefore ? offset - ShownBefore : begin;
   while (from < offset && isContinuation(text_[from])) {
     ++from;
