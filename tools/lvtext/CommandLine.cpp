@@ -60,7 +60,8 @@ class CommandLine {
       }
       return verb_();
     } catch (CLI::ParseError const& error) {
-      std::fprintf(stderr, "lvtext: %s\n`lvtext --help` tells how it is used.\n", error.what());
+      std::fprintf(stderr, "lvtext: %s\n`lvtext --help` tells how it is used.\n",
+                   reasonOf(error).c_str());
       return Failure;
     } catch (std::exception const& error) {
       std::fprintf(stderr, "lvtext: %s\n", error.what());
@@ -79,6 +80,18 @@ class CommandLine {
       flushOut();
       return false;
     }
+  }
+
+  // What is wrong with the arguments. Of what stands in place of a verb the parser does not tell.
+  std::string reasonOf(CLI::ParseError const& error) const {
+    bool const isVerbMissing =
+        error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError) &&
+        app_.get_subcommands().empty();
+    if (!isVerbMissing) {
+      return error.what();
+    }
+    std::vector<std::string> const others = app_.remaining();
+    return others.empty() ? "a verb is expected" : "a verb is expected, not " + others.front();
   }
 
   CLI::App* add(char const* name, char const* description, std::function<int()> verb) {
