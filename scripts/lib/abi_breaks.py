@@ -20,7 +20,7 @@ REFUSED = "refused"
 UNCOMPILED = "uncompiled"
 
 COPIED_FILE = "CMakeLists.txt"
-COPIED_FOLDERS = ["cmake", "tarselvalues"]
+COPIED_FOLDERS = ["cmake", "tarselvalues", "tools/gdb"]
 
 ASSERTIONS = [
     "tarselvalues/core/LayoutChecks.cpp",
@@ -158,7 +158,11 @@ def changed(name, texts):
 def read_sources():
     paths = [pathlib.Path(COPIED_FILE)]
     for folder in COPIED_FOLDERS:
-        paths += (path for path in pathlib.Path(folder).rglob("*") if path.is_file())
+        paths += (
+            path
+            for path in pathlib.Path(folder).rglob("*")
+            if path.is_file() and path.suffix != ".pyc"
+        )
     return {str(path): path.read_text() for path in paths}
 
 

@@ -55,6 +55,23 @@ TEST(LvtextGraph, DrawsAValueWithoutABoxByItself) {
   EXPECT_THAT(dotGraph({lvToCell(5)}), HasSubstr("  atom [label=<5>];\n"));
 }
 
+TEST(LvtextGraph, LeavesOutWhatIsMoreThanAPictureCanShow) {
+  lvListBuilder fitting;
+  for (int i = 0; i < 4999; ++i) {
+    fitting.add(i);
+  }
+  EXPECT_THAT(dotGraph({fitting.list()}), HasSubstr(">4998</TD>"));
+  fitting.add(4999).add("beyond");
+  std::string const dot = dotGraph({fitting.list()});
+  EXPECT_THAT(dot, HasSubstr("No more than 5000 parts are drawn."));
+  EXPECT_THAT(dot, Not(HasSubstr("beyond")));
+}
+
+TEST(LvtextGraph, CutsALongTextInFrontOfAByteThatIsWrittenWithPercent) {
+  std::string const text = std::string(38, 'x') + ":::";
+  EXPECT_THAT(dotGraph({lvToCell(text)}), HasSubstr("<\"" + std::string(38, 'x') + "...>"));
+}
+
 TEST(LvtextGraph, HasReplacementsForCharactersThatXmlLacks) {
   EXPECT_THAT(dotGraph({lvToCell("a\xEF\xBF\xBE\xEF\xBF\xBF\xEF\xBF\xBC\xFFz")}),
               HasSubstr("<\"a\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBC\xEF\xBF\xBDz\">"));

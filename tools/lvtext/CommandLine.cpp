@@ -19,8 +19,8 @@ constexpr int DefaultWidth = 80;
 constexpr int MostWidth = 10000;
 
 constexpr char Reported[] =
-    "Exit status: 0 if there was nothing to report, 1 if there was, 2 if FILE cannot be read\n"
-    "or the program is used wrongly.";
+    "Exit status: 0 if there was nothing to report, 1 if there was, 2 if FILE cannot be read,\n"
+    "the output cannot be written, or the program is used wrongly.";
 
 struct Arguments {
   std::string file = "-";

@@ -94,6 +94,8 @@ class Comparison {
       keys[oneLine(right.parts[i])].right.push_back(&right.parts[i + 1]);
     }
     for (auto& [key, sides] : keys) {
+      sortByText(sides.left);
+      sortByText(sides.right);
       std::size_t const count = std::max(sides.left.size(), sides.right.size());
       sides.left.resize(count);
       sides.right.resize(count);
@@ -101,6 +103,12 @@ class Comparison {
         compareThese(extended(path, "(", key, ")"), sides.left[i], sides.right[i]);
       }
     }
+  }
+
+  // Which of several values under keys with the same text comes first is no difference.
+  static void sortByText(std::vector<Node const*>& values) {
+    std::sort(values.begin(), values.end(),
+              [](Node const* a, Node const* b) { return oneLine(*a) < oneLine(*b); });
   }
 
   void addLine(char side, std::string const& path, Node const& node) {

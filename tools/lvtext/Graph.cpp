@@ -17,6 +17,9 @@ namespace {
 // Longer texts are cut.
 constexpr std::size_t MaxColumns = 40;
 
+// What is more is left out: dot takes long for it, and nobody could read it.
+constexpr std::size_t MaxRows = 5000;
+
 // The text as UTF-8, with U+FFFD for the two characters, U+FFFE and U+FFFF, that XML lacks. dot reads
 // labels as XML. Of control characters it lacks nearly all, but values have them escaped.
 std::string asXml(std::string const& text) {
@@ -32,6 +35,14 @@ std::string asXml(std::string const& text) {
   return result;
 }
 
+// The label of a text that was cut, without the beginning of a byte that is written as %XX.
+std::string withoutHalfAnEscape(std::string const& label) {
+  constexpr std::size_t escapeLength = 3;
+  std::size_t const percent = label.rfind('%');
+  bool const isWhole = percent == std::string::npos || label.size() - percent >= escapeLength;
+  return isWhole ? label : label.substr(0, percent);
+}
+
 // The text as DOT takes it in a label, cut if it is long.
 std::string labelOf(std::string const& text) {
   std::string label;
@@ -39,7 +50,7 @@ std::string labelOf(std::string const& text) {
   for (char const c : asXml(text)) {
     columns += isContinuation(c) ? 0 : 1;
     if (columns > MaxColumns) {
-      return label + "...";
+      return withoutHalfAnEscape(label) + "...";
     }
     switch (c) {
       case '&':
@@ -128,6 +139,9 @@ class Drawing {
 
   void add(lvArg const& root) {
     lvWalk(root, [this](lvArg const& value, lvWalkPlace const& place) {
+      if (rows_ == MaxRows) {
+        return lvWalkVisitor::Stop;
+      }
       visit(value, place);
       return lvWalkVisitor::GoOn;
     });
@@ -147,6 +161,9 @@ class Drawing {
     for (std::size_t i = 0; i < boxes_.size(); ++i) {
       addArrows(out, i);
     }
+    if (rows_ == MaxRows) {
+      out += "  rest [label=\"No more than " + std::to_string(MaxRows) + " parts are drawn.\"];\n";
+    }
     return out + "}\n";
   }
 
@@ -156,6 +173,7 @@ class Drawing {
     if (isName) {
       return;  // Of the row that comes next.
     }
+    ++rows_;
     open_.resize(static_cast<std::size_t>(place.depth));
     Row row{nameOf(place), "", 0, isAtom(value), false};
     if (row.isAtom) {
@@ -225,6 +243,7 @@ class Drawing {
   std::vector<Box> boxes_;
   bool hasTextBox_;
   std::string onlyAtom_;  // a value that is no box
+  std::size_t rows_ = 0;
   std::unordered_map<lvReferencable const*, std::size_t> numbers_;
   std::vector<std::size_t> open_;  // the boxes around the value that is visited
 };
