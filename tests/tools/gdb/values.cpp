@@ -409,7 +409,7 @@ lvVector wheel(2);  // over a map
 //=   node [shape=box, fontname="monospace"];
 //=   n1 [label="list of 1"];
 //=   n2 [label="map of 1"];
-//=   n1 -> n2 [label="0"];
+//=   n1 -> n2 [label="0", color=red, fontcolor=red];
 //=   n2 -> n1 [label="\"back\"", color=red, fontcolor=red];
 //= }
 

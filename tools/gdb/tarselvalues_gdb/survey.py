@@ -120,17 +120,40 @@ class StringTable:
             self.longest = max(self.longest, length)
 
 
+class Arrow:
+    """From a box to another."""
+
+    def __init__(self, start, end, label):
+        self.start = start
+        self.end = end
+        self.label = label
+        self.is_in_cycle = False
+
+
+def mark_cycle(closing, entrances):
+    """Marks the arrow that leads back, and those by which the walk came from there."""
+    arrow = closing
+    arrow.is_in_cycle = True
+    while arrow.start != closing.end:
+        arrow = entrances[arrow.start]
+        arrow.is_in_cycle = True
+
+
 def graph(root):
     """Yields the lines of a graph in the language of Graphviz: objects with parts are boxes, in which
-    their plain values stand; a reference back to what holds it is red."""
+    their plain values stand; arrows that lead round in a cycle are red."""
     boxes = {}   # by address: the lines in the box
     arrows = []
+    entrances = {}  # by address: the first arrow to the box
     walk = Walk(root, limits.GRAPH)
     for visit in walk:
         if isinstance(visit.value, Container):
             boxes.setdefault(visit.value.address, [visit.value.summary()])
             if visit.owner is not None:
-                arrows.append((visit.owner.address, visit.value.address, visit.label, visit.is_cycle))
+                arrows.append(Arrow(visit.owner.address, visit.value.address, visit.label))
+                entrances.setdefault(visit.value.address, arrows[-1])
+            if visit.is_cycle:
+                mark_cycle(arrows[-1], entrances)
         elif visit.owner is None:
             boxes[None] = [Text().of(visit.value)]
         elif not visit.is_key:
@@ -140,9 +163,9 @@ def graph(root):
     yield '  node [shape=box, fontname="monospace"];'
     for address, lines in boxes.items():
         yield f'  {names[address]} [label="{label_of(lines)}"];'
-    for start, end, label, is_cycle in arrows:
-        color = ", color=red, fontcolor=red" if is_cycle else ""
-        yield f'  {names[start]} -> {names[end]} [label="{quoted(label)}"{color}];'
+    for arrow in arrows:
+        color = ", color=red, fontcolor=red" if arrow.is_in_cycle else ""
+        yield f'  {names[arrow.start]} -> {names[arrow.end]} [label="{quoted(arrow.label)}"{color}];'
     if walk.is_cut:
         yield '  more [label="... and more", shape=plaintext];'
     yield "}"
