@@ -1,7 +1,5 @@
 #include "tarselvalues/reflect/MetObjects.h"
 
-#include <utility>
-
 namespace tarselvalues {
 
 namespace {

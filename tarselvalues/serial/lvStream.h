@@ -2,8 +2,8 @@
 // it. GoogleTest prints cells with it.
 //
 // A string is written as the text format has it, with quotes where it needs them, from an lvString
-// too; for its bare text there is lvReadText(). This header brings the
-// declaration of std::ostream alone: who writes to one includes <ostream> or <iostream>.
+// too; for its bare text there is lvReadText(). This header brings the declaration of std::ostream
+// alone: who writes to one includes <ostream> or <iostream>.
 //
 // Threads: one thread at a time for the value and all that is in it, and for the stream.
 #pragma once

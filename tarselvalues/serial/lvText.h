@@ -22,7 +22,9 @@
 
 // Returns the text of `value`. What the writer has no text for (a linked or sorted list, a stack, an
 // object of an unknown class, the 33rd level) ends the level that it stands in, which is then closed
-// twice; alone it has an empty text. One thread at a time.
+// twice; alone it has an empty text. Two things are read back as others: a backslash, which is
+// written as it stands, as an escape; and an empty map, "{}", as an empty list.
+// One thread at a time.
 inline std::string lvToText(lvArg const& value) {
   constexpr int firstCapacity = 1024;
   constexpr int growth = 4;
